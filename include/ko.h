@@ -1,0 +1,569 @@
+/*
+ * ko: coordinate reference systems and coordinate conversion.
+ *
+ * The whole public interface of libko, as a flat C99 API over opaque
+ * object handles.  Conventions that hold for every function here:
+ *
+ *  - Every object starts with a common header; a pointer whose header does
+ *    not carry the live magic is "no object".  Every function accepts null
+ *    and stale pointers: getters then return 0, 0.0, an empty text or null,
+ *    setters and deletes do nothing, equality gives 0.
+ *  - The caller owns what it creates and frees it with the type's _del or
+ *    with ko_object_del.  A composite object owns the sub-objects handed to
+ *    its constructor; getters return borrowed pointers; setters take
+ *    ownership and delete what they replace; clones are deep.  Every _del
+ *    returns null so that callers can write  p = ko_x_del(p);
+ *  - Operations that can fail have an _errext form taking a caller-owned
+ *    ko_err record last; the record is cleared on entry and keeps the most
+ *    severe report.  The plain form passes null.
+ *  - Text writers return 0 when the text fits, otherwise they empty the
+ *    buffer and return the length that was needed.
+ *  - Point functions convert arrays in place and return the number of
+ *    points converted, 0 when nothing could be done and -1 for invalid
+ *    arguments.
+ *  - Angles are radians and lengths metres inside the engine; units are
+ *    applied only at the edges (object units, point functions).
+ */
+#ifndef KO_H
+#define KO_H
+
+#include <stdarg.h>
+#include <stddef.h>
+#include <stdint.h>
+
+#if defined(__GNUC__)
+#define KO_API __attribute__((visibility("default")))
+#else
+#define KO_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ======================================================================
+ * Opaque object types.  Every one begins with the common object header.
+ * ====================================================================== */
+typedef struct ko_header ko_header;
+typedef struct ko_header_info ko_header_info;
+typedef struct ko_authority ko_authority;
+typedef struct ko_dispname ko_dispname;
+typedef struct ko_remark ko_remark;
+typedef struct ko_metadata ko_metadata;
+typedef struct ko_linunit ko_linunit;
+typedef struct ko_angunit ko_angunit;
+typedef struct ko_scaleunit ko_scaleunit;
+typedef struct ko_areaunit ko_areaunit;
+typedef struct ko_unit ko_unit;
+typedef struct ko_spheroid ko_spheroid;
+typedef struct ko_primem ko_primem;
+typedef struct ko_datum ko_datum;
+typedef struct ko_vdatum ko_vdatum;
+typedef struct ko_geogcs ko_geogcs;
+typedef struct ko_projcs ko_projcs;
+typedef struct ko_vertcs ko_vertcs;
+typedef struct ko_gxyzcs ko_gxyzcs;
+typedef struct ko_hvcoordsys ko_hvcoordsys;
+typedef struct ko_axis ko_axis;
+typedef struct ko_parameter ko_parameter;
+typedef struct ko_projection ko_projection;
+typedef struct ko_conversion ko_conversion;
+typedef struct ko_method ko_method;
+typedef struct ko_htmethod ko_htmethod;
+typedef struct ko_vtmethod ko_vtmethod;
+typedef struct ko_geogtran ko_geogtran;
+typedef struct ko_verttran ko_verttran;
+typedef struct ko_array ko_array;
+typedef struct ko_epoch ko_epoch;
+typedef struct ko_adjhcs ko_adjhcs;
+typedef struct ko_constants ko_constants;
+typedef struct ko_mutex ko_mutex;
+
+/* UTF-16 code unit, used by display names, plurals and remarks. */
+typedef uint16_t ko_uchar;
+
+/* ======================================================================
+ * Error reporting
+ * ====================================================================== */
+
+/* Severities, in rising order; a record keeps the most severe report. */
+#define KO_SEV_NONE 0
+#define KO_SEV_INFO 1
+#define KO_SEV_WARNING 2
+#define KO_SEV_ERROR 4
+
+/* Categories: the area that reported. */
+#define KO_ERRCAT_MEMORY 1      /* memory and locking */
+#define KO_ERRCAT_OBJECT 2      /* objects from database entries, factory */
+#define KO_ERRCAT_DBCONTENT 4   /* database contents */
+#define KO_ERRCAT_ARGUMENT 8    /* arguments of constructors and operations */
+#define KO_ERRCAT_PARSE 16      /* text parsing */
+#define KO_ERRCAT_DATABASE 32   /* database registry, external databases */
+#define KO_ERRCAT_PROJPROPS 64  /* projection properties */
+
+#define KO_ERR_TEXT_SIZE 256
+
+/* The caller-owned error record (524 bytes). */
+typedef struct ko_err {
+  int32_t severity;
+  int32_t category;
+  int32_t number;
+  char source[KO_ERR_TEXT_SIZE];
+  char message[KO_ERR_TEXT_SIZE];
+} ko_err;
+
+/* One message of a language table; an array ends with number -1, text null. */
+typedef struct ko_errtbl_entry {
+  int32_t number;
+  const char *text;
+} ko_errtbl_entry;
+
+/* A language table (80 bytes). */
+typedef struct ko_errtbl {
+  char language[64];
+  const ko_errtbl_entry *entries;
+  int32_t count;
+} ko_errtbl;
+
+/* Message callback: user data and a read-only view of the new report. */
+typedef void (*ko_msg_callback)(void *userdata, const ko_err *report);
+
+KO_API extern const ko_errtbl ko_errtbl_en;
+/* Null-terminated list of language tables; the first is the default. */
+KO_API extern const ko_errtbl *const ko_msg_tbl_list[];
+
+KO_API void ko_err_clear(ko_err *err);
+KO_API void ko_err_str(ko_err *err, int severity, int category, int number,
+                       const char *source, const char *message);
+KO_API void ko_err_set(ko_err *err, int severity, int category, int number,
+                       const char *source);
+/* type is one of "s" (const char *), "d" (int), "x" (unsigned), "f" (double). */
+KO_API void ko_err_arg(ko_err *err, int severity, int category, int number,
+                       const char *source, const char *type, ...);
+KO_API void ko_err_fmt(ko_err *err, int severity, int category, int number,
+                       const char *source, const char *format, ...);
+KO_API void ko_err_var(ko_err *err, int severity, int category, int number,
+                       const char *source, const char *format, va_list args);
+/* Renders one value by type letter into buf (at least 256 bytes). */
+KO_API char *ko_err_buf(char *buf, int number, const char *type, ...);
+/* Table text of number in the current language (digits when unknown). */
+KO_API char *ko_err_num_to_str(char *buf, int number);
+KO_API const ko_errtbl *ko_err_language_set(const char *name);
+KO_API char *ko_err_language_get(char *buf);
+KO_API void ko_msg_setrtn(void *userdata, int severity_mask, int category_mask,
+                          ko_msg_callback callback);
+KO_API void ko_msg_getrtn(void **userdata, int *severity_mask, int *category_mask,
+                          ko_msg_callback *callback);
+
+/* ======================================================================
+ * Runtime services: memory, mutexes, strings, number text, environment
+ * ====================================================================== */
+
+/* A caller's allocator.  tag is the third argument of the _rtn calls. */
+typedef void *(*ko_alloc_fn)(void *userdata, size_t size, const char *tag);
+typedef void *(*ko_realloc_fn)(void *userdata, void *ptr, size_t size, const char *tag);
+typedef void (*ko_free_fn)(void *userdata, void *ptr, const char *tag);
+
+KO_API void *ko_allocate_rtn(size_t size, int flags, const char *tag);
+KO_API void *ko_reallocate_rtn(void *ptr, size_t size, const char *tag);
+KO_API void *ko_deallocate_rtn(void *ptr, int flags, const char *tag);
+KO_API void *ko_memalloc(size_t size);
+KO_API void *ko_memrealloc(void *ptr, size_t size);
+KO_API void *ko_memdealloc(void *ptr);
+/* Installs a caller's allocator: only when all three functions are given and
+ * nothing has been allocated yet; otherwise it does nothing. */
+KO_API void ko_memsetfunc(void *userdata, ko_alloc_fn alloc_fn,
+                          ko_realloc_fn realloc_fn, ko_free_fn free_fn);
+KO_API void *ko_sysmem_malloc(size_t size);
+KO_API void *ko_sysmem_calloc(size_t count, size_t size);
+KO_API void *ko_sysmem_realloc(void *ptr, size_t size);
+KO_API void ko_sysmem_free(void *ptr);
+KO_API char *ko_sysmem_strdup(const char *text);
+KO_API void ko_mem_set_exitrtn(void (*exit_routine)(void));
+
+KO_API ko_mutex *ko_mutex_create(void);
+KO_API void ko_mutex_enter(ko_mutex *mutex);
+KO_API void ko_mutex_leave(ko_mutex *mutex);
+KO_API ko_mutex *ko_mutex_delete(ko_mutex *mutex);
+
+KO_API int ko_strncpy(char *dst, const char *src, int size);
+KO_API int ko_strncpy_u(ko_uchar *dst, const ko_uchar *src, int size);
+KO_API int ko_strlen_u(const ko_uchar *text);
+KO_API int ko_strcmp_u(const ko_uchar *a, const ko_uchar *b);
+KO_API int ko_vsnprintf(char *buf, int size, const char *format, va_list args);
+KO_API int ko_snprintf(char *buf, int size, const char *format, ...);
+KO_API int ko_strcmp_i(const char *a, const char *b);
+KO_API int ko_strncmp_i(const char *a, const char *b, int n);
+KO_API int ko_strncmp_i1(const char *a, const char *b);
+KO_API int ko_strncmp_i2(const char *a, const char *b);
+/* Name comparison: ignores case, white space and ( ) - / \ _ . */
+KO_API int ko_strncmp_ci(const char *a, const char *b, int n);
+KO_API int ko_strcmp_ci(const char *a, const char *b);
+KO_API int ko_strncmp_ci1(const char *a, const char *b);
+KO_API int ko_strncmp_ci2(const char *a, const char *b);
+KO_API char *ko_str_trim_buf(char *text);
+
+/* UTF-8 / UTF-16 / ASCII conversions; size counts units of the destination,
+ * the result is the number of units written without the terminating zero. */
+KO_API int ko_str_utf8_to_uni(ko_uchar *dst, const char *src, int size);
+KO_API int ko_str_uni_to_utf8(char *dst, const ko_uchar *src, int size);
+KO_API int ko_str_asc_to_uni(ko_uchar *dst, const char *src, int size);
+KO_API int ko_str_uni_to_asc(char *dst, const ko_uchar *src, int size);
+
+/* Flags of ko_str_names_to_buf and ko_object_uname_ext. */
+#define KO_NAMES_NAME 1        /* the object's name */
+#define KO_NAMES_DISPNAME 2    /* the display name */
+#define KO_NAMES_BOTH 3        /* "name (display name)" when they differ */
+KO_API int ko_str_names_to_buf(ko_uchar *buf, int size, int flags,
+                               const char *name, const ko_uchar *dispname);
+
+/* Splits text in place at delimiter; returns the token count (at most max). */
+KO_API int ko_str_tokenize(char *text, char delimiter, char **tokens, int max);
+/* Wildcard match: '*' any run, '?' one character; case-insensitive when
+ * ignore_case is non-zero.  1 on a match. */
+KO_API int ko_str_wildcard_match(const char *pattern, const char *text, int ignore_case);
+/* Resolves the escapes \n \t \\ \" \' in place; returns the new length. */
+KO_API int ko_str_unescape(char *text);
+
+KO_API char ko_get_decimal_point_char(void);
+KO_API char *ko_dtoa_ld(char *buf, int digits, double value);
+KO_API char *ko_dtoa(char *buf, int digits, double value);
+KO_API char *ko_enforce_dot_decimal(char *text);
+KO_API double ko_strtod(const char *text, char **end);
+
+KO_API const char *ko_getenv(const char *name);
+/* Writes a formatted line to the platform's debug output (standard error). */
+KO_API void ko_odprintf(const char *format, ...);
+KO_API void *ko_path_fopen(const char *path, const char *mode);
+
+/* The data directory that holds grid files: the value set here, else the
+ * environment variable "KODATA", else empty.  Returns buf. */
+KO_API char *ko_datadir_get(char *buf, int size);
+KO_API void ko_datadir_set(const char *path);
+
+KO_API const char *ko_version(void);
+
+/* ======================================================================
+ * Object header, type codes, status, generic operations
+ * ====================================================================== */
+
+#define KO_MAGIC_LIVE 0x11235813u
+#define KO_MAGIC_DEAD 0xAABBCCDDu
+#define KO_NAME_SIZE 80
+
+#define KO_TYPE_GEOGCS 0x1u
+#define KO_TYPE_PROJCS 0x2u
+#define KO_TYPE_COORDSYS 0x3u
+#define KO_TYPE_GXYZCS 0x4u
+#define KO_TYPE_VERTCS 0x8u
+#define KO_TYPE_HVCOORDSYS 0x10u
+#define KO_TYPE_DATUM 0x20u
+#define KO_TYPE_VDATUM 0x40u
+#define KO_TYPE_HVDATUM 0x60u
+#define KO_TYPE_GEOGTRAN 0x80u
+#define KO_TYPE_LINUNIT 0x100u
+#define KO_TYPE_ANGUNIT 0x200u
+#define KO_TYPE_PRIMEM 0x400u
+#define KO_TYPE_SPHEROID 0x800u
+#define KO_TYPE_METHOD 0x1000u
+#define KO_TYPE_HTMETHOD 0x2000u
+#define KO_TYPE_PROJECTION 0x4000u
+#define KO_TYPE_PARAMETER 0x8000u
+#define KO_TYPE_AUTHORITY 0x10000u
+#define KO_TYPE_ADJHCS 0x20000u
+#define KO_TYPE_ARRAY 0x40000u
+#define KO_TYPE_VERTTRAN 0x80000u
+#define KO_TYPE_TRANSFORM 0x80080u
+#define KO_TYPE_VTMETHOD 0x100000u
+#define KO_TYPE_AXIS 0x200000u
+#define KO_TYPE_SCALEUNIT 0x400000u
+#define KO_TYPE_UNIT 0x400300u
+#define KO_TYPE_DISPNAME 0x800000u
+#define KO_TYPE_METADATA 0x1000000u
+#define KO_TYPE_EXTENT 0x2000000u
+#define KO_TYPE_AREAUNIT 0x4000000u
+#define KO_TYPE_CONVERSION 0x8000000u
+#define KO_TYPE_EPOCH 0x10000000u
+#define KO_TYPE_REMARK 0x20000000u
+
+#define KO_STATUS_NONE 0u
+#define KO_STATUS_NEW 1u
+#define KO_STATUS_STRING 2u
+#define KO_STATUS_CODE 4u
+#define KO_STATUS_USER 8u
+#define KO_STATUS_CODECHANGE 16u
+#define KO_STATUS_DISCONTINUED 32u
+#define KO_STATUS_DEAD 64u
+#define KO_STATUS_DONOTUSE 128u
+
+/* Each type's operation table, exported as ko_<type>_objvec. */
+typedef struct ko_objvec {
+  uintptr_t type;
+  void *(*clone)(const void *obj);
+  void *(*del)(void *obj);
+  int (*eq)(const void *a, const void *b);
+} ko_objvec;
+
+/* Geographic extent: a longitude/latitude box in degrees (west may exceed
+ * east when the box crosses the antimeridian) and, for grids, the cell size
+ * in degrees (0 for an area of use).  All zero is the empty extent. */
+typedef struct ko_gcs_extent {
+  double west;
+  double south;
+  double east;
+  double north;
+  double lon_step;
+  double lat_step;
+} ko_gcs_extent;
+
+/* Vertical extent in metres; both zero is empty. */
+typedef struct ko_vcs_extent {
+  double low;
+  double high;
+} ko_vcs_extent;
+
+/* Time extent in decimal years; both zero is empty. */
+typedef struct ko_time_extent {
+  double start;
+  double end;
+} ko_time_extent;
+
+KO_API int ko_gcs_extent_empty(const ko_gcs_extent *e);
+KO_API void ko_gcs_extent_clear(ko_gcs_extent *e);
+KO_API void ko_gcs_extent_copy(ko_gcs_extent *dst, const ko_gcs_extent *src);
+KO_API int ko_gcs_extent_eq(const ko_gcs_extent *a, const ko_gcs_extent *b);
+/* 1 when the point (degrees) lies inside the box, antimeridian aware. */
+KO_API int ko_gcs_extent_contains(const ko_gcs_extent *e, double lon, double lat);
+KO_API int ko_vcs_extent_empty(const ko_vcs_extent *e);
+KO_API void ko_vcs_extent_clear(ko_vcs_extent *e);
+KO_API void ko_vcs_extent_copy(ko_vcs_extent *dst, const ko_vcs_extent *src);
+KO_API int ko_vcs_extent_eq(const ko_vcs_extent *a, const ko_vcs_extent *b);
+KO_API int ko_time_extent_empty(const ko_time_extent *e);
+KO_API void ko_time_extent_clear(ko_time_extent *e);
+KO_API void ko_time_extent_copy(ko_time_extent *dst, const ko_time_extent *src);
+KO_API int ko_time_extent_eq(const ko_time_extent *a, const ko_time_extent *b);
+
+/* Header operations; obj is any object (its header is its first member). */
+KO_API void ko_header_init(void *obj, uint32_t type, const char *name);
+KO_API ko_header *ko_header_get(const void *obj);
+KO_API int ko_header_is_valid(const void *obj);
+KO_API int ko_header_is_type(const void *obj, uint32_t mask);
+KO_API uint32_t ko_header_get_type(const void *obj);
+KO_API void ko_header_set_type(void *obj, uint32_t type);
+KO_API uint32_t ko_header_get_status(const void *obj);
+KO_API void ko_header_set_status(void *obj, uint32_t status);
+KO_API uint32_t ko_header_get_dbid(const void *obj);
+KO_API void ko_header_set_dbid(void *obj, uint32_t dbid);
+KO_API int32_t ko_header_get_code_internal(const void *obj);
+KO_API void ko_header_set_code_internal(void *obj, int32_t code);
+KO_API int32_t ko_header_get_code_external(const void *obj);
+KO_API void ko_header_set_code_external(void *obj, int32_t code);
+KO_API int32_t ko_header_get_orig_code(const void *obj);
+KO_API void ko_header_set_orig_code(void *obj, int32_t code);
+KO_API int32_t ko_header_get_hidden(const void *obj);
+KO_API void ko_header_set_hidden(void *obj, int32_t hidden);
+KO_API int32_t ko_header_get_str_type(const void *obj);
+KO_API void ko_header_set_str_type(void *obj, int32_t str_type);
+KO_API const char *ko_header_get_name(const void *obj);
+KO_API void ko_header_set_name(void *obj, const char *name);
+KO_API const char *ko_header_get_orig_name(const void *obj);
+KO_API void ko_header_set_orig_name(void *obj, const char *name);
+KO_API const char *ko_header_get_auth_name(const void *obj);
+KO_API void ko_header_set_auth_name(void *obj, const char *name);
+KO_API const char *ko_header_get_auth_ver(const void *obj);
+KO_API void ko_header_set_auth_ver(void *obj, const char *version);
+KO_API ko_authority *ko_header_get_authority(const void *obj);
+KO_API void ko_header_set_authority(void *obj, ko_authority *authority);
+KO_API ko_dispname *ko_header_get_dispname(const void *obj);
+KO_API void ko_header_set_dispname(void *obj, ko_dispname *dispname);
+KO_API void ko_header_copy_int(void *dst, const void *src);
+KO_API void ko_header_copy(void *dst, const void *src);
+KO_API void ko_header_clear(void *obj);
+KO_API void ko_header_del(void *obj);
+
+KO_API const char *ko_type_to_name(uint32_t type);
+KO_API const char *ko_type_to_abbr(uint32_t type);
+KO_API uint32_t ko_name_to_type(const char *name);
+KO_API uint32_t ko_abbr_to_type(const char *text);
+KO_API const char *ko_status_to_macro(uint32_t status);
+KO_API uint32_t ko_string_to_status(const char *text);
+
+/* Generic operations on any object. */
+KO_API int ko_object_p(const void *obj);
+KO_API const ko_objvec *ko_object_vector(uint32_t type);
+KO_API void *ko_object_clone(const void *obj);
+KO_API void *ko_object_del(void *obj);
+KO_API int ko_object_eq(const void *a, const void *b);
+KO_API uint32_t ko_object_type(const void *obj);
+KO_API uint32_t ko_object_status(const void *obj);
+KO_API void ko_object_status_set(void *obj, uint32_t status);
+KO_API uint32_t ko_object_dbid(const void *obj);
+KO_API int32_t ko_object_code(const void *obj);
+KO_API int32_t ko_object_code_external(const void *obj);
+KO_API int32_t ko_object_code_internal(const void *obj);
+KO_API int32_t ko_object_get_orig_code(const void *obj);
+KO_API int32_t ko_object_is_hidden(const void *obj);
+KO_API void ko_object_hidden_set(void *obj, int32_t hidden);
+KO_API int32_t ko_object_string_type(const void *obj);
+KO_API void ko_object_code_set(void *obj, int32_t internal_code, int32_t external_code,
+                               int32_t orig_code, uint32_t dbid, const char *auth_name,
+                               const char *auth_version);
+/* buf holds at least 80 bytes. */
+KO_API char *ko_object_name(const void *obj, char *buf);
+KO_API ko_authority *ko_object_authority(void *obj);
+KO_API const ko_authority *ko_object_authority_const(const void *obj);
+KO_API void ko_object_authority_set(void *obj, ko_authority *authority);
+KO_API ko_dispname *ko_object_dispname(const void *obj);
+KO_API void ko_object_dispname_set(void *obj, ko_dispname *dispname);
+/* buf holds at least 80 UTF-16 units. */
+KO_API ko_uchar *ko_object_uname(const void *obj, ko_uchar *buf);
+KO_API void ko_object_uname_set(void *obj, const ko_uchar *text);
+KO_API ko_uchar *ko_object_uname_ext(const void *obj, int flags, ko_uchar *buf);
+
+/* Authority. */
+KO_API ko_authority *ko_authority_ext_new_errext(const char *name, int32_t code,
+                                                 const char *version, const char *citation,
+                                                 const char *uri, ko_err *err);
+KO_API ko_authority *ko_authority_ext_new(const char *name, int32_t code, const char *version,
+                                          const char *citation, const char *uri);
+KO_API ko_authority *ko_authority_new_errext(const char *name, int32_t code,
+                                             const char *version, ko_err *err);
+KO_API ko_authority *ko_authority_new(const char *name, int32_t code, const char *version);
+KO_API int ko_authority_p(const void *obj);
+KO_API ko_authority *ko_authority_clone(const ko_authority *a);
+KO_API ko_authority *ko_authority_del(ko_authority *a);
+KO_API int ko_authority_eq(const ko_authority *a, const ko_authority *b);
+KO_API char *ko_authority_authname(const ko_authority *a, char *buf);   /* 80 bytes */
+KO_API int32_t ko_authority_authcode(const ko_authority *a);
+KO_API char *ko_authority_version(const ko_authority *a, char *buf);    /* 24 bytes */
+KO_API char *ko_authority_citation(const ko_authority *a, char *buf);   /* 256 bytes */
+KO_API char *ko_authority_uri(const ko_authority *a, char *buf);        /* 256 bytes */
+
+/* Display name. */
+KO_API ko_dispname *ko_dispname_new_errext_u(const ko_uchar *text, ko_err *err);
+KO_API ko_dispname *ko_dispname_new_u(const ko_uchar *text);
+KO_API ko_dispname *ko_dispname_new_errext(const char *utf8, ko_err *err);
+KO_API ko_dispname *ko_dispname_new(const char *utf8);
+KO_API int ko_dispname_p(const void *obj);
+KO_API ko_dispname *ko_dispname_clone(const ko_dispname *d);
+KO_API ko_dispname *ko_dispname_del(ko_dispname *d);
+KO_API int ko_dispname_eq(const ko_dispname *a, const ko_dispname *b);
+KO_API ko_uchar *ko_dispname_uname(const ko_dispname *d, ko_uchar *buf);   /* 80 units */
+KO_API const ko_uchar *ko_dispname_uname_get(const ko_dispname *d);
+
+/* Remark. */
+KO_API ko_remark *ko_remark_new_errext(const char *utf8, ko_err *err);
+KO_API ko_remark *ko_remark_new(const char *utf8);
+KO_API int ko_remark_p(const void *obj);
+KO_API ko_remark *ko_remark_clone(const ko_remark *r);
+KO_API ko_remark *ko_remark_del(ko_remark *r);
+KO_API int ko_remark_eq(const ko_remark *a, const ko_remark *b);
+KO_API char *ko_remark_text(const ko_remark *r, char *buf);   /* 768 bytes, UTF-8 */
+
+/* Metadata. */
+KO_API ko_metadata *ko_metadata_ext_new_errext(const char *name, const char *scope,
+                                               const ko_gcs_extent *gcs_extent,
+                                               const ko_vcs_extent *vcs_extent,
+                                               const ko_time_extent *time_extent,
+                                               uint32_t area_code, ko_err *err);
+KO_API ko_metadata *ko_metadata_ext_new(const char *name, const char *scope,
+                                        const ko_gcs_extent *gcs_extent,
+                                        const ko_vcs_extent *vcs_extent,
+                                        const ko_time_extent *time_extent, uint32_t area_code);
+KO_API ko_metadata *ko_metadata_new_errext(const char *name, const ko_gcs_extent *gcs_extent,
+                                           uint32_t area_code, ko_err *err);
+KO_API ko_metadata *ko_metadata_new(const char *name, const ko_gcs_extent *gcs_extent,
+                                    uint32_t area_code);
+KO_API int ko_metadata_p(const void *obj);
+KO_API ko_metadata *ko_metadata_clone(const ko_metadata *m);
+KO_API ko_metadata *ko_metadata_del(ko_metadata *m);
+KO_API int ko_metadata_eq(const ko_metadata *a, const ko_metadata *b);
+KO_API char *ko_metadata_scope(const ko_metadata *m, char *buf);   /* 256 bytes */
+KO_API void ko_metadata_scope_set(ko_metadata *m, const char *scope);
+KO_API uint32_t ko_metadata_areacode(const ko_metadata *m);
+KO_API void ko_metadata_areaname_set(ko_metadata *m, const char *name);
+KO_API ko_gcs_extent *ko_metadata_gcs_extent(const ko_metadata *m, ko_gcs_extent *out);
+KO_API ko_vcs_extent *ko_metadata_vcs_extent(const ko_metadata *m, ko_vcs_extent *out);
+KO_API ko_time_extent *ko_metadata_time_extent(const ko_metadata *m, ko_time_extent *out);
+KO_API const ko_gcs_extent *ko_metadata_gcs_extent_ptr(const ko_metadata *m);
+KO_API const ko_vcs_extent *ko_metadata_vcs_extent_ptr(const ko_metadata *m);
+KO_API const ko_time_extent *ko_metadata_time_extent_ptr(const ko_metadata *m);
+/* Null-terminated vectors of metadata objects, allocated by the library. */
+KO_API ko_metadata **ko_metadata_vector_clone(ko_metadata *const *vec);
+KO_API ko_metadata **ko_metadata_vector_del(ko_metadata **vec);
+
+KO_API extern const ko_objvec ko_authority_objvec;
+KO_API extern const ko_objvec ko_dispname_objvec;
+KO_API extern const ko_objvec ko_remark_objvec;
+KO_API extern const ko_objvec ko_metadata_objvec;
+
+/* ======================================================================
+ * Projection constants record (filled by a projection's constants function)
+ * ====================================================================== */
+KO_API ko_constants *ko_constants_new(void);
+KO_API int ko_constants_p(const ko_constants *c);
+KO_API ko_constants *ko_constants_del(ko_constants *c);
+KO_API int32_t *ko_constants_ivals(const ko_constants *c);
+KO_API void *ko_constants_fvals(const ko_constants *c);
+KO_API double *ko_constants_dvals(const ko_constants *c);
+KO_API void *ko_constants_data(const ko_constants *c);
+KO_API ko_gcs_extent *ko_constants_extent(ko_constants *c);
+/* The setters free the array held before and take ownership of the new one,
+ * which must come from ko_allocate_rtn. */
+KO_API void ko_constants_ivals_set(ko_constants *c, int32_t *ivals);
+KO_API void ko_constants_fvals_set(ko_constants *c, void *fvals);
+KO_API void ko_constants_dvals_set(ko_constants *c, double *dvals);
+KO_API void ko_constants_data_set(ko_constants *c, void *data);
+KO_API void ko_constants_extent_set(ko_constants *c, const ko_gcs_extent *extent);
+
+/* Projection function slots.  sph is the spheroid pair (semi-major axis in
+ * metres, first eccentricity squared); parms the 24-slot parameter array in
+ * metres and radians; coords n (x/longitude, y/latitude) pairs converted in
+ * place.  ivals and dvals are the cached constants, or null. */
+typedef int (*ko_proj_fn)(const double *sph, const double *parms, int n, double *coords,
+                          const int32_t *ivals, const double *dvals);
+typedef int (*ko_proj_constfunc)(ko_constants *constants, const double *sph,
+                                 const double *parms);
+typedef int (*ko_proj_validfunc)(ko_parameter *const *parms, const char *name, ko_err *err);
+
+/* ======================================================================
+ * Units
+ * ====================================================================== */
+
+/* ======================================================================
+ * Geodetic objects: spheroids, prime meridians, datums, geographic systems
+ * ====================================================================== */
+
+/* ======================================================================
+ * Parameters and the parameter list
+ * ====================================================================== */
+
+/* ======================================================================
+ * Projection table and auxiliary functions
+ * ====================================================================== */
+
+/* ======================================================================
+ * Projected systems, conversions, point conversion
+ * ====================================================================== */
+
+/* ======================================================================
+ * Compiled-in catalogue
+ * ====================================================================== */
+
+/* ======================================================================
+ * Factory
+ * ====================================================================== */
+
+/* ======================================================================
+ * Geographic transformations and methods
+ * ====================================================================== */
+
+/* ======================================================================
+ * Text formats
+ * ====================================================================== */
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* KO_H */
