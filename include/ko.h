@@ -542,6 +542,52 @@ typedef int (*ko_proj_validfunc)(ko_parameter *const *parms, const char *name, k
  * Projection table and auxiliary functions
  * ====================================================================== */
 
+/* Longitude wrapping: into [-pi, pi], and into [c - pi, c + pi]. */
+KO_API double ko_delta(double angle);
+KO_API double ko_delta_center(double angle, double center);
+
+/* Radii of a spheroid (a in metres, e2 the first eccentricity squared). */
+KO_API double ko_auth_r(double a, double e2);
+KO_API double ko_rect_r(double a, double e2);
+KO_API double ko_q90(double a, double e2);
+
+/* Auxiliary latitudes, all in radians: conformal (chi), authalic (beta),
+ * rectifying (mu).  The _wconst forms take coefficients computed once for
+ * the spheroid by the matching _constants function. */
+#define KO_AUX_NCOEF 18
+KO_API double ko_phi_to_chi(double e2, double phi);
+KO_API double ko_chi_to_phi(double e2, double chi);
+KO_API double ko_phi_to_beta(double e2, double phi);
+KO_API double ko_beta_to_phi(double e2, double beta);
+KO_API double ko_phi_to_mu(double e2, double phi);
+KO_API double ko_mu_to_phi(double e2, double mu);
+KO_API void ko_chi_conformal_constants(double e2, double *coef);   /* KO_AUX_NCOEF */
+KO_API void ko_beta_authalic_constants(double e2, double *coef);   /* KO_AUX_NCOEF */
+KO_API void ko_mu_rectifying_constants(double e2, double *coef);   /* KO_AUX_NCOEF */
+KO_API double ko_phi_to_chi_wconst(const double *coef, double e2, double phi);
+KO_API double ko_chi_to_phi_wconst(const double *coef, double e2, double chi);
+KO_API double ko_phi_to_beta_wconst(const double *coef, double e2, double phi);
+KO_API double ko_beta_to_phi_wconst(const double *coef, double e2, double beta);
+KO_API double ko_phi_to_mu_wconst(const double *coef, double e2, double phi);
+KO_API double ko_mu_to_phi_wconst(const double *coef, double e2, double mu);
+
+/* Arithmetic-geometric mean sequence; returns the last index computed. */
+KO_API int ko_agm(double *a, double *b, double *c, int n);
+/* tan(pi/4 +- phi/2); the flags choose what a pole gives (see the source). */
+KO_API double ko_tan_pid4_plus_phid2(int flag1, int flag2, double phi);
+KO_API double ko_tan_pid4_minus_phid2(int flag1, int flag2, double phi);
+
+/* Carlson's symmetric elliptic integrals and the complete integrals of the
+ * first, second and third kind with parameter m (= e2); n is the
+ * characteristic of the third kind. */
+KO_API double ko_rf(double x, double y, double z);
+KO_API double ko_rd(double x, double y, double z);
+KO_API double ko_rc(double x, double y);
+KO_API double ko_rj(double x, double y, double z, double p);
+KO_API double ko_ellint1(double m);
+KO_API double ko_ellint2(double m);
+KO_API double ko_ellint3(double n, double m);
+
 /* ======================================================================
  * Projected systems, conversions, point conversion
  * ====================================================================== */
