@@ -538,9 +538,50 @@ typedef int (*ko_proj_validfunc)(ko_parameter *const *parms, const char *name, k
  * Parameters and the parameter list
  * ====================================================================== */
 
+/* Parameter-list row.  category: 2 projection, 8 vertical system, 128
+ * geographic transformation, 524288 vertical transformation, 524416 both
+ * transformation kinds.  unit_type: 0 none, 1 angle, 2 length, 3 scale. */
+typedef struct ko_parmlist_entry {
+  int32_t code;
+  const char *name;
+  double dflt;
+  int32_t index;
+  uint32_t category;
+  uint32_t unit_type;
+  uint32_t reserved;
+} ko_parmlist_entry;
+
+#define KO_PARM_COUNT 24 /* slots in a parameter array */
+
+KO_API extern const ko_parmlist_entry ko_parmlist_tbl[];
+KO_API extern const int ko_parmlist_tbl_cnt;
+KO_API const ko_parmlist_entry *ko_parmlist_from_code(int32_t code);
+KO_API const ko_parmlist_entry *ko_parmlist_from_name(const char *name);
+
 /* ======================================================================
  * Projection table and auxiliary functions
  * ====================================================================== */
+
+/* A projection's vector: eight pointer-sized slots.  compfunc and parmfunc
+ * are present only for the projections that need them. */
+typedef int (*ko_proj_compfunc)(const double *sph, const double *parms1, const double *parms2);
+typedef int (*ko_proj_parmfunc)(ko_parameter *const *parms, double *parm_array);
+typedef struct ko_projlist_entry {
+  int32_t code;
+  const char *name;
+  ko_proj_fn forward;
+  ko_proj_fn inverse;
+  ko_proj_constfunc constfunc;
+  ko_proj_validfunc validfunc;
+  ko_proj_compfunc compfunc;
+  ko_proj_parmfunc parmfunc;
+} ko_projlist_entry;
+
+/* The Transverse Mercator family's vectors. */
+KO_API extern const ko_projlist_entry ko_prj_gauss_kruger_vector;
+KO_API extern const ko_projlist_entry ko_prj_transverse_mercator_vector;
+KO_API extern const ko_projlist_entry ko_prj_transverse_mercator_complex_vector;
+KO_API extern const ko_projlist_entry ko_prj_transverse_mercator_nga_2014_vector;
 
 /* Longitude wrapping: into [-pi, pi], and into [c - pi, c + pi]. */
 KO_API double ko_delta(double angle);
