@@ -294,4 +294,40 @@ TEST(HeaderOwnership, SettersReplaceButRefuseForeignObjects) {
   EXPECT_EQ(ko::test::live_allocations(), before - 1);
 }
 
+// The prologue that later object types' constructors start with.
+TEST(ErrextPrologue, ClearsTheRecordAndWarnsAboutLongNames) {
+  using ko::test::Report;
+  const std::string n79(79, 'n'), n80(80, 'n'), n300(300, 'n');
+  struct Case {
+    const char *what;
+    const char *name;
+    std::string kept;
+    bool warned;
+  } const cases[] = {
+      {"null", nullptr, "", false},
+      {"79 characters", n79.c_str(), n79, false},
+      {"80 characters", n80.c_str(), n79, true},
+      {"300 characters", n300.c_str(), n79, true},
+  };
+  for (const Case &c : cases) {
+    ko_err err = ko::test::stale_record();
+    auto name = ko::errext_prologue(&err, "ko_probe_new_errext", c.name);
+    EXPECT_EQ(std::string(name.text), c.kept) << c.what;
+    EXPECT_EQ(name.was_cut, c.warned) << c.what;
+    if (c.warned) {
+      // The message holds the name as given, cut only to the record's 255.
+      std::string given(c.name);
+      ko::test::expect_report(err, Report{2, 8, 354, "ko_probe_new_errext",
+                                          given.substr(0, 255).c_str()});
+    } else {
+      ko::test::expect_no_report(err);
+    }
+  }
+  // Other field sizes, e.g. a 24-byte version.
+  ko_err err{};
+  auto version = ko::errext_prologue<24>(&err, "ko_probe_new_errext", "123456789012345678901234");
+  EXPECT_STREQ(version.text, "12345678901234567890123");
+  EXPECT_EQ(err.number, 354);
+}
+
 }  // namespace
