@@ -38,8 +38,8 @@ PHRASES = [
 ]
 
 # Acronym-and-number words that are not a datum and its year: the Swiss
-# LV03 and LN02 refer to 1903 and 1902.
-NOT_A_YEAR = {"LV03", "LN02"}
+# LV03 and LN02 refer to 1903 and 1902, the Swedish RH00 to 1900.
+NOT_A_YEAR = {"LV03", "LN02", "RH00"}
 
 # The acronym-and-year words to expand; set from the EPSG names.
 _year_words = set()
