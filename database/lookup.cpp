@@ -96,6 +96,15 @@ const void *find_name_ignoring_case(const ko_db_builtin_entry *row, const char *
   return nullptr;
 }
 
+// The first tie whose `column` holds code (0 means none and finds nothing).
+const ko_db_gcsvcs_rec *scan_ties(const ko_db_builtin_entry *row, int32_t code,
+                                  int32_t ko_db_gcsvcs_rec::*column) {
+  if (row == nullptr || code == 0) return nullptr;
+  for (const ko_db_gcsvcs_rec &rec : records<ko_db_gcsvcs_rec>(row->gcsvcs))
+    if (rec.*column == code) return &rec;
+  return nullptr;
+}
+
 template <class T>
 const T *by_code(const ko_db_tbl *tbl, int32_t code) {
   return find_first(records<T>(tbl), code, [](const T &r) { return r.code; });
@@ -279,18 +288,12 @@ const ko_db_gcsvcs_rec *ko_db_builtin_gcsvcs_lookup_by_gcs(const ko_db_builtin_e
 // hundred rows.
 const ko_db_gcsvcs_rec *ko_db_builtin_gcsvcs_lookup_by_xyz(const ko_db_builtin_entry *row,
                                                            int32_t code) {
-  if (row == nullptr || code == 0) return nullptr;
-  for (const ko_db_gcsvcs_rec &rec : records<ko_db_gcsvcs_rec>(row->gcsvcs))
-    if (rec.xyz == code) return &rec;
-  return nullptr;
+  return scan_ties(row, code, &ko_db_gcsvcs_rec::xyz);
 }
 
 const ko_db_gcsvcs_rec *ko_db_builtin_gcsvcs_lookup_by_vcs(const ko_db_builtin_entry *row,
                                                            int32_t code) {
-  if (row == nullptr || code == 0) return nullptr;
-  for (const ko_db_gcsvcs_rec &rec : records<ko_db_gcsvcs_rec>(row->gcsvcs))
-    if (rec.vcs == code) return &rec;
-  return nullptr;
+  return scan_ties(row, code, &ko_db_gcsvcs_rec::vcs);
 }
 
 char *ko_db_builtin_version_info(char *buf, int size) {

@@ -56,6 +56,19 @@ const ko_db_synonym_rec *for_each_row(uint32_t type, F lookup) {
   return nullptr;
 }
 
+using SynonymLookup = const ko_db_synonym_rec *(*)(const ko_db_builtin_entry *, const char *,
+                                                   const char *);
+
+// Looks `name` up with `lookup` in the type's rows and copies the found
+// record's `field` into out, or the name itself when nothing is found.
+char *translate(uint32_t type, const char *name, const char *authority, char *out,
+                SynonymLookup lookup, const char *ko_db_synonym_rec::*field) {
+  if (out == nullptr) return nullptr;
+  const ko_db_synonym_rec *found =
+      for_each_row(type, [&](const ko_db_builtin_entry *row) { return lookup(row, name, authority); });
+  return copy80(out, found != nullptr ? found->*field : name);
+}
+
 }  // namespace
 
 extern "C" {
@@ -99,20 +112,14 @@ const ko_db_synonym_rec *ko_db_builtin_synonym_a_lookup(const ko_db_builtin_entr
 
 char *ko_synonym_lookup_by_syn(uint32_t type, const char *name, const char *authority,
                                char *out80) {
-  if (out80 == nullptr) return nullptr;
-  const ko_db_synonym_rec *found = for_each_row(type, [&](const ko_db_builtin_entry *row) {
-    return ko_db_builtin_synonym_s_lookup(row, name, authority);
-  });
-  return copy80(out80, found != nullptr ? found->name : name);
+  return translate(type, name, authority, out80, ko_db_builtin_synonym_s_lookup,
+                   &ko_db_synonym_rec::name);
 }
 
 char *ko_synonym_lookup_by_act(uint32_t type, const char *libname, const char *authority,
                                char *out80) {
-  if (out80 == nullptr) return nullptr;
-  const ko_db_synonym_rec *found = for_each_row(type, [&](const ko_db_builtin_entry *row) {
-    return ko_db_builtin_synonym_a_lookup(row, libname, authority);
-  });
-  return copy80(out80, found != nullptr ? found->synonym : libname);
+  return translate(type, libname, authority, out80, ko_db_builtin_synonym_a_lookup,
+                   &ko_db_synonym_rec::synonym);
 }
 
 }  // extern "C"
