@@ -98,6 +98,7 @@ static const ko_db_synonym_rec k_angunit_synonym[] = {
     {"centesimal second", "Second_Centesimal", "PostGIS", 0},
     {"degree", "Degree", "EPSG", 0},
     {"degree", "Degree", "PostGIS", 0},
+    {"degree (supplier to define representation)", "Degree", "EPSG", 0},
     {"gon", "Gon", "EPSG", 0},
     {"gon", "Gon", "PostGIS", 0},
     {"grad", "Grad", "EPSG", 0},
@@ -111,34 +112,35 @@ static const ko_db_synonym_rec k_angunit_synonym[] = {
     {"radian", "Radian", "EPSG", 0},
     {"radian", "Radian", "PostGIS", 0},
 };
-extern "C" const ko_db_list ko_obj_angunit_synonym_tbl = {k_angunit_synonym, 22};
+extern "C" const ko_db_list ko_obj_angunit_synonym_tbl = {k_angunit_synonym, 23};
 extern "C" const ko_db_list *ko_obj_angunit_synonym_tbl_rtn(void) { return &ko_obj_angunit_synonym_tbl; }
 
 namespace ko::catalog {
 extern const SynonymOwner angunit_synonyms_by_owner[];
 const SynonymOwner angunit_synonyms_by_owner[] = {
-    {1031, 18},
     {1031, 19},
-    {9101, 20},
+    {1031, 20},
     {9101, 21},
+    {9101, 22},
     {9102, 8},
+    {9102, 10},
     {9102, 9},
     {9103, 0},
     {9103, 1},
     {9104, 2},
     {9104, 3},
-    {9105, 12},
     {9105, 13},
-    {9106, 10},
+    {9105, 14},
     {9106, 11},
-    {9109, 14},
+    {9106, 12},
     {9109, 15},
+    {9109, 16},
     {9112, 4},
     {9112, 5},
     {9113, 6},
     {9113, 7},
-    {9114, 16},
     {9114, 17},
+    {9114, 18},
 };
 }  // namespace ko::catalog
 
