@@ -432,7 +432,31 @@ KO_API void ko_object_dispname_set(void *obj, ko_dispname *dispname);
 /* buf holds at least 80 UTF-16 units. */
 KO_API ko_uchar *ko_object_uname(const void *obj, ko_uchar *buf);
 KO_API void ko_object_uname_set(void *obj, const ko_uchar *text);
+/* Name and display name joined by ko_str_names_to_buf according to flags
+ * (KO_NAMES_*); buf holds at least 80 UTF-16 units. */
 KO_API ko_uchar *ko_object_uname_ext(const void *obj, int flags, ko_uchar *buf);
+
+/* Every object type repeats the generic operations under its own prefix;
+ * these forward to the ko_object_ functions above.  KO_DECLARE_TYPE_FORWARD
+ * gives ko_<prefix>_type; KO_DECLARE_OBJECT_FORWARDS adds, for types whose
+ * objects carry a name, _dbid, _status, _name, _code, _uname, _uname_ext,
+ * _uname_set, _authority, _authority_set, _dispname and _dispname_set.
+ * Used at file scope without a trailing semicolon. */
+#define KO_DECLARE_TYPE_FORWARD(prefix, T) \
+  KO_API uint32_t ko_##prefix##_type(const T *obj);
+#define KO_DECLARE_OBJECT_FORWARDS(prefix, T)                                      \
+  KO_DECLARE_TYPE_FORWARD(prefix, T)                                               \
+  KO_API uint32_t ko_##prefix##_dbid(const T *obj);                                \
+  KO_API uint32_t ko_##prefix##_status(const T *obj);                              \
+  KO_API char *ko_##prefix##_name(const T *obj, char *buf);                        \
+  KO_API int32_t ko_##prefix##_code(const T *obj);                                 \
+  KO_API ko_uchar *ko_##prefix##_uname(const T *obj, ko_uchar *buf);               \
+  KO_API ko_uchar *ko_##prefix##_uname_ext(const T *obj, int flags, ko_uchar *buf); \
+  KO_API void ko_##prefix##_uname_set(T *obj, const ko_uchar *text);               \
+  KO_API ko_authority *ko_##prefix##_authority(T *obj);                            \
+  KO_API void ko_##prefix##_authority_set(T *obj, ko_authority *authority);        \
+  KO_API ko_dispname *ko_##prefix##_dispname(const T *obj);                        \
+  KO_API void ko_##prefix##_dispname_set(T *obj, ko_dispname *dispname);
 
 /* Authority. */
 KO_API ko_authority *ko_authority_ext_new_errext(const char *name, int32_t code,
@@ -510,6 +534,11 @@ KO_API extern const ko_objvec ko_authority_objvec;
 KO_API extern const ko_objvec ko_dispname_objvec;
 KO_API extern const ko_objvec ko_remark_objvec;
 KO_API extern const ko_objvec ko_metadata_objvec;
+
+KO_DECLARE_TYPE_FORWARD(authority, ko_authority)
+KO_DECLARE_TYPE_FORWARD(dispname, ko_dispname)
+KO_DECLARE_TYPE_FORWARD(remark, ko_remark)
+KO_DECLARE_OBJECT_FORWARDS(metadata, ko_metadata)
 
 /* ======================================================================
  * Projection constants record (filled by a projection's constants function)
