@@ -73,9 +73,8 @@ void copy_plain_fields(ko_header_info *dst, const ko_header_info *src) {
 // destination needed a record and could not get one.
 bool copy_int(void *dst, const void *src) {
   const ko_header *s = header_or_null(src);
-  auto *d = static_cast<ko_header *>(dst);
+  ko_header *d = header_or_null(dst);
   if (s == nullptr || d == nullptr || d == s) return true;
-  if (d->magic != KO_MAGIC_LIVE) d->info = nullptr;  // not ours: nothing to keep
   d->magic = s->magic;
   d->type = s->type;
   if (s->info == nullptr) return true;
