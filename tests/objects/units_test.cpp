@@ -394,7 +394,8 @@ TEST(UnitConstruct, UnknownCodesAndNames) {
   EXPECT_EQ(ko_linunit_new_name_errext("Furlong", &err), nullptr);
   expect_report(err, Report{4, 2, 132, "ko_linunit_new_name_errext", "Furlong"});
   EXPECT_EQ(ko_unit_new_name_errext(nullptr, &err), nullptr);
-  expect_report(err, Report{4, 2, 132, "ko_unit_new_name_errext", ""});
+  // An empty message falls back to the table text.
+  expect_report(err, Report{4, 2, 132, "ko_unit_new_name_errext", "Name not found"});
 }
 
 TEST(UnitConstruct, FromTableNames) {
@@ -447,8 +448,9 @@ TEST(UnitConstruct, GenericUnitChoosesItsKind) {
 
 TEST(UnitEquality, NameAndFactorWithTolerance) {
   ko_linunit *a = ko_linunit_new("Foot_US", kUsFoot);
-  ko_linunit *same = ko_linunit_new("FOOT US", kUsFoot * (1.0 + 1e-15));
-  ko_linunit *off = ko_linunit_new("Foot_US", kUsFoot * (1.0 + 1e-14));
+  ko_linunit *same = ko_linunit_new("FOOT US", kUsFoot + 4e-15);
+  // The tolerance is 2^-48 (1 + mean magnitude): about 4.6e-15 here.
+  ko_linunit *off = ko_linunit_new("Foot_US", kUsFoot + 1e-14);
   ko_linunit *other = ko_linunit_new("Foot", kUsFoot);
   ko_angunit *angle = ko_angunit_new("Foot_US", kUsFoot);
   ko_unit *generic = ko_unit_new("Foot_US", kUsFoot);
