@@ -398,6 +398,24 @@ TEST(UnitConstruct, UnknownCodesAndNames) {
   expect_report(err, Report{4, 2, 132, "ko_unit_new_name_errext", "Name not found"});
 }
 
+// Names in other authorities' spellings reach the table rows through the
+// catalogue's synonyms.
+TEST(UnitConstruct, SynonymSpellings) {
+  ko_linunit *m = ko_linunit_new_name("metre");
+  ASSERT_NE(m, nullptr);
+  EXPECT_EQ(ko_linunit_code(m), 9001);
+  ko_unit *ft = ko_unit_new_name("US survey foot");
+  ASSERT_NE(ft, nullptr);
+  EXPECT_EQ(ko_unit_type(ft), KO_TYPE_LINUNIT);
+  EXPECT_EQ(ko_unit_code(ft), 9003);
+  ko_unit *wkt = ko_unit_new("metre", 1.0);
+  EXPECT_EQ(ko_unit_type(wkt), KO_TYPE_LINUNIT);
+  EXPECT_EQ(name_of(wkt), "metre") << "the name stays as given";
+  ko_linunit_del(m);
+  ko_unit_del(ft);
+  ko_unit_del(wkt);
+}
+
 TEST(UnitConstruct, FromTableNames) {
   ko_linunit *yard = ko_linunit_new_name("yard");
   ASSERT_NE(yard, nullptr);
