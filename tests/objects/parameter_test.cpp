@@ -2,6 +2,7 @@
 // (with EPSG and WKT spellings through the catalogue's synonyms), values
 // in and out of their units, equality rules, cloning and reports.
 #include "ko.h"
+#include "objects/geodetic_support.h"
 #include "objects/object_support.h"
 #include "support/failing_alloc.h"
 
@@ -17,13 +18,9 @@ namespace {
 using ko::test::expect_no_report;
 using ko::test::expect_report;
 using ko::test::Report;
+using ko::test::name_of;
 
 constexpr double kPi = std::numbers::pi;
-
-std::string name_of(const void *obj) {
-  char buf[KO_NAME_SIZE];
-  return ko_object_name(obj, buf);
-}
 
 // ---------------------------------------------------------------------------
 // The list
@@ -343,12 +340,7 @@ TEST(ParameterMemory, ConstructorsAndClonesCleanUp) {
   ko_parameter *src = ko_parameter_ext_new("Azimuth", ko_unit_new_code(9102), 30.0);
   ko_object_code_set(src, 100004, 8813, 0, 0, "EPSG", "");
   ASSERT_NE(ko_parameter_authority(src), nullptr);
-  EXPECT_GT(ko::test::sweep_failures([src] {
-              ko_parameter *c = ko_parameter_clone(src);
-              ko_parameter_del(c);
-              return c != nullptr;
-            }),
-            2);
+  EXPECT_GT(ko::test::clone_sweep(src, ko_parameter_clone, ko_parameter_del), 2);
   ko_parameter_del(src);
 }
 

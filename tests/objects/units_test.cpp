@@ -3,6 +3,7 @@
 // against independent definitions (exact ratios and the EPSG dataset as
 // PROJ reads it).
 #include "ko.h"
+#include "objects/geodetic_support.h"
 #include "objects/object_support.h"
 #include "objects/units.h"
 #include "support/failing_alloc.h"
@@ -25,20 +26,11 @@ namespace {
 using ko::test::expect_no_report;
 using ko::test::expect_report;
 using ko::test::Report;
+using ko::test::name_of;
+using ko::test::with_value;
 
 constexpr double kPi = std::numbers::pi;
 constexpr double kUsFoot = 1200.0 / 3937.0;
-
-std::string name_of(const void *obj) {
-  char buf[KO_NAME_SIZE];
-  return ko_object_name(obj, buf);
-}
-
-std::string with_value(const char *text, const char *name, double value) {
-  char buf[256];
-  std::snprintf(buf, sizeof buf, "%s: %s: %f", text, name, value);
-  return buf;
-}
 
 std::u16string utf16(const ko_uchar *text) { return ko::test::units(text); }
 
@@ -586,12 +578,7 @@ TEST(UnitMemory, ConstructorsAndClonesCleanUp) {
   ko_unit *src = ko_unit_ext_new("Furlong", "furlong", nullptr, nullptr, 201.168);
   ko_object_code_set(src, 1, 2, 0, 0, "EPSG", "");
   ASSERT_NE(ko_unit_authority(src), nullptr);
-  EXPECT_GT(ko::test::sweep_failures([src] {
-              ko_unit *c = ko_unit_clone(src);
-              ko_unit_del(c);
-              return c != nullptr;
-            }),
-            1);
+  EXPECT_GT(ko::test::clone_sweep(src, ko_unit_clone, ko_unit_del), 1);
   ko_unit_del(src);
 }
 
