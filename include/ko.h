@@ -390,6 +390,9 @@ KO_API const char *ko_header_get_auth_name(const void *obj);
 KO_API void ko_header_set_auth_name(void *obj, const char *name);
 KO_API const char *ko_header_get_auth_ver(const void *obj);
 KO_API void ko_header_set_auth_ver(void *obj, const char *version);
+/* Borrowed pointers.  The setters take ownership and delete what they
+ * replace; a pointer that is neither null nor a live object of the right
+ * type is ignored (and stays the caller's). */
 KO_API ko_authority *ko_header_get_authority(const void *obj);
 KO_API void ko_header_set_authority(void *obj, ko_authority *authority);
 KO_API ko_dispname *ko_header_get_dispname(const void *obj);

@@ -98,24 +98,6 @@ TEST(ObjectDispatch, NullAndStalePointersAreNoObjects) {
   ko_authority_del(a);
 }
 
-TEST(ObjectFields, CodeSetSetsAllSixAndGettersReadThemBack) {
-  ko_metadata *m = ko_metadata_new("Area", nullptr, 0);
-  ko_object_code_set(m, 1262, 2000, 1999, 5, "EPSG", "9.8");
-  ko_object_status_set(m, KO_STATUS_USER);
-  ko_object_hidden_set(m, 1);
-  EXPECT_EQ(ko_object_code_internal(m), 1262);
-  EXPECT_EQ(ko_object_code_external(m), 2000);
-  EXPECT_EQ(ko_object_code(m), 2000);
-  EXPECT_EQ(ko_object_get_orig_code(m), 1999);
-  EXPECT_EQ(ko_object_dbid(m), 5u);
-  EXPECT_STREQ(ko_header_get_auth_name(m), "EPSG");
-  EXPECT_STREQ(ko_header_get_auth_ver(m), "9.8");
-  EXPECT_EQ(ko_object_status(m), KO_STATUS_USER);
-  EXPECT_EQ(ko_object_is_hidden(m), 1);
-  EXPECT_EQ(ko_object_type(m), KO_TYPE_METADATA);
-  ko_metadata_del(m);
-}
-
 TEST(ObjectFields, NamePrefersTheOriginalName) {
   ko_metadata *m = ko_metadata_new("Current", nullptr, 0);
   char buf[KO_NAME_SIZE];
