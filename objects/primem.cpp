@@ -36,8 +36,9 @@ ko_primem *ko_primem_ext_new_errext(const char *name, ko_angunit *unit, double l
   }
   ko_angunit *chosen = unit != nullptr ? unit : made_unit.get();
   double degrees = radians_per_unit(chosen) / ko::kDegreeFactor * longitude;
+  // Out of range first (so an infinite longitude is 301), then NaN (358).
   if (degrees > 180.0 || degrees < -180.0 || !std::isfinite(degrees)) {
-    int number = std::isfinite(degrees) ? 301 : 358;
+    int number = std::isnan(degrees) ? 358 : 301;
     ko_err_fmt(err, KO_SEV_ERROR, KO_ERRCAT_ARGUMENT, number, kSource, "%s: %f", name, degrees);
     return nullptr;
   }
@@ -72,18 +73,12 @@ int ko_primem_p(const void *obj) { return ko::live_primem(obj) != nullptr; }
 // longitude.  Kept so for compatibility with existing data.
 ko_primem *ko_primem_clone(const ko_primem *p) {
   const ko_primem *src = ko::live_primem(p);
-  if (src == nullptr) return nullptr;
   ko::Unique<ko_angunit> unit;
-  if (src->unit != nullptr) {
-    unit.reset(ko_angunit_clone(src->unit));
-    if (unit == nullptr) return nullptr;
-  }
+  if (src == nullptr || !ko::clone_part(src->unit, unit, ko_angunit_clone)) return nullptr;
   ko_primem *copy =
       ko_primem_ext_new_errext(ko_header_get_name(src), unit.get(), src->longitude, nullptr);
-  if (copy == nullptr) return nullptr;
-  unit.release();
-  if (!ko::header_copy_checked(copy, src)) return ko_primem_del(copy);
-  return copy;
+  if (copy != nullptr) unit.release();
+  return ko::with_header_of(copy, src, ko_primem_del);
 }
 
 ko_primem *ko_primem_del(ko_primem *p) {
@@ -109,13 +104,11 @@ int ko_primem_eq(const ko_primem *a, const ko_primem *b) {
 }
 
 double ko_primem_longitude(const ko_primem *p) {
-  const ko_primem *pm = ko::live_primem(p);
-  return pm != nullptr ? pm->longitude : 0.0;
+  return ko::field_or(p, ko::live_primem, &ko_primem::longitude, 0.0);
 }
 
 ko_angunit *ko_primem_unit(const ko_primem *p) {
-  const ko_primem *pm = ko::live_primem(p);
-  return pm != nullptr ? pm->unit : nullptr;
+  return ko::field_or(p, ko::live_primem, &ko_primem::unit, nullptr);
 }
 
 // Takes the new unit (an angular unit or null) and deletes the old one.
