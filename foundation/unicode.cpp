@@ -99,6 +99,25 @@ int encode_utf8(char32_t cp, char *out) {
   return 4;
 }
 
+// Converts character by character until the source ends or the next
+// character no longer fits before the terminator.
+template <class In, class Out>
+int transcode(const In *src, Out *dst, int size, int (*decode)(const In *, char32_t &),
+              int (*encode)(char32_t, Out *)) {
+  int len = 0;
+  while (*src != 0) {
+    char32_t cp = 0;
+    const int used = decode(src, cp);
+    Out units[4];
+    const int n = encode(cp, units);
+    if (len + n > size - 1) break;
+    for (int i = 0; i < n; ++i) dst[len++] = units[i];
+    src += used;
+  }
+  dst[len] = 0;
+  return len;
+}
+
 // Appends UTF-16 text after len units already in buf; returns the new length.
 int append_uni(ko_uchar *buf, int size, int len, const ko_uchar *text) {
   return len + ko_strncpy_u(buf + len, text, size - len);
@@ -110,37 +129,14 @@ extern "C" {
 
 int ko_str_utf8_to_uni(ko_uchar *dst, const char *src, int size) {
   if (dst == nullptr || size <= 0) return 0;
-  int len = 0;
-  const auto *p = reinterpret_cast<const unsigned char *>(src != nullptr ? src : "");
-  while (*p != 0) {
-    char32_t cp = 0;
-    const int used = decode_utf8(p, cp);
-    ko_uchar units[2];
-    const int n = encode_utf16(cp, units);
-    if (len + n > size - 1) break;
-    for (int i = 0; i < n; ++i) dst[len++] = units[i];
-    p += used;
-  }
-  dst[len] = 0;
-  return len;
+  const auto *from = reinterpret_cast<const unsigned char *>(src != nullptr ? src : "");
+  return transcode(from, dst, size, decode_utf8, encode_utf16);
 }
 
 int ko_str_uni_to_utf8(char *dst, const ko_uchar *src, int size) {
   if (dst == nullptr || size <= 0) return 0;
-  int len = 0;
   static constexpr ko_uchar kEmpty[1] = {0};
-  const ko_uchar *p = src != nullptr ? src : kEmpty;
-  while (*p != 0) {
-    char32_t cp = 0;
-    const int used = decode_utf16(p, cp);
-    char bytes[4];
-    const int n = encode_utf8(cp, bytes);
-    if (len + n > size - 1) break;
-    for (int i = 0; i < n; ++i) dst[len++] = bytes[i];
-    p += used;
-  }
-  dst[len] = '\0';
-  return len;
+  return transcode(src != nullptr ? src : kEmpty, dst, size, decode_utf16, encode_utf8);
 }
 
 // Each byte widens to the code point of the same value (ISO 8859-1).

@@ -187,10 +187,14 @@ KO_API void ko_mutex_enter(ko_mutex *mutex);
 KO_API void ko_mutex_leave(ko_mutex *mutex);
 KO_API ko_mutex *ko_mutex_delete(ko_mutex *mutex);
 
+/* Bounded copies: at most size - 1 units, always terminated; the result is
+ * the number of units copied.  A null source counts as empty. */
 KO_API int ko_strncpy(char *dst, const char *src, int size);
 KO_API int ko_strncpy_u(ko_uchar *dst, const ko_uchar *src, int size);
 KO_API int ko_strlen_u(const ko_uchar *text);
 KO_API int ko_strcmp_u(const ko_uchar *a, const ko_uchar *b);
+/* printf into buf: at most size - 1 characters, always terminated; returns
+ * the length written, which is size - 1 when the text was cut. */
 KO_API int ko_vsnprintf(char *buf, int size, const char *format, va_list args);
 KO_API int ko_snprintf(char *buf, int size, const char *format, ...);
 KO_API int ko_strcmp_i(const char *a, const char *b);

@@ -36,8 +36,9 @@ ko_primem *ko_primem_ext_new_errext(const char *name, ko_angunit *unit, double l
   }
   ko_angunit *chosen = unit != nullptr ? unit : made_unit.get();
   double degrees = radians_per_unit(chosen) / ko::kDegreeFactor * longitude;
+  // Out of range first (so an infinite longitude is 301), then NaN (358).
   if (degrees > 180.0 || degrees < -180.0 || !std::isfinite(degrees)) {
-    int number = std::isfinite(degrees) ? 301 : 358;
+    int number = std::isnan(degrees) ? 358 : 301;
     ko_err_fmt(err, KO_SEV_ERROR, KO_ERRCAT_ARGUMENT, number, kSource, "%s: %f", name, degrees);
     return nullptr;
   }
