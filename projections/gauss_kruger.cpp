@@ -31,6 +31,7 @@
 #include "projections/tm_family.h"
 #include "projections/tm_simd.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -183,19 +184,33 @@ int inverse_avx2(const double *d, double lam0, int n, double *coords) {
 
 #pragma GCC pop_options
 
+// Runs a four-wide loop over the whole array: the last one to three points
+// go through it in a padded block, so that a point's result does not depend
+// on its place in the array.
+int run_four_wide(int (*loop)(const double *, double, int, double *), const double *d, double lam0, int n,
+                  double *coords) {
+  const int done = loop(d, lam0, n, coords);
+  const int rest = n - done;
+  if (rest > 0) {
+    double block[8] = {};
+    std::copy(coords + 2 * done, coords + 2 * n, block);
+    loop(d, lam0, 4, block);
+    std::copy(block, block + 2 * rest, coords + 2 * done);
+  }
+  return n;
+}
+
 int ellipsoid_forward(const double *parms, int n, double *coords, const double *d) {
   const double lam0 = parms[kCentralMeridian];
-  int done = 0;
-  if ((Avx2Math::fn = sleef_avx2()) != nullptr) done = forward_avx2(d, lam0, n, coords);
-  for (int i = done; i < n; ++i) forward_points<ScalarMath>(d, lam0, coords + 2 * i);
+  if ((Avx2Math::fn = sleef_avx2()) != nullptr) return run_four_wide(forward_avx2, d, lam0, n, coords);
+  for (int i = 0; i < n; ++i) forward_points<ScalarMath>(d, lam0, coords + 2 * i);
   return n;
 }
 
 int ellipsoid_inverse(const double *parms, int n, double *coords, const double *d) {
   const double lam0 = parms[kCentralMeridian];
-  int done = 0;
-  if ((Avx2Math::fn = sleef_avx2()) != nullptr) done = inverse_avx2(d, lam0, n, coords);
-  for (int i = done; i < n; ++i) inverse_points<ScalarMath>(d, lam0, coords + 2 * i);
+  if ((Avx2Math::fn = sleef_avx2()) != nullptr) return run_four_wide(inverse_avx2, d, lam0, n, coords);
+  for (int i = 0; i < n; ++i) inverse_points<ScalarMath>(d, lam0, coords + 2 * i);
   return n;
 }
 
@@ -229,11 +244,14 @@ int sphere_forward(const double *parms, int n, double *coords, const double *dva
   const double half_ak0 = dvals[1];
   for (int i = 0; i < n; ++i) {
     double *p = coords + 2 * i;
+    // 0, or NaN when a coordinate is not finite (an infinite latitude would
+    // otherwise pass the pole test below)
+    const double poison = 0.0 * p[0] * p[1];
     const double lam = ko_delta(p[0] - lam0);
     const double phi = clamp_to(p[1], kHalfPi, kPoleLatitude);
     const double b = clamp_to(std::cos(phi) * std::sin(lam), 1.0, kLimitB);
-    p[0] = std::log((1.0 + b) / (1.0 - b)) * half_ak0;
-    p[1] = (std::atan2(std::tan(phi), std::cos(lam)) - phi0) * ak0;
+    p[0] = std::log((1.0 + b) / (1.0 - b)) * half_ak0 + poison;
+    p[1] = (std::atan2(std::tan(phi), std::cos(lam)) - phi0) * ak0 + poison;
   }
   return n;
 }
@@ -246,11 +264,14 @@ int sphere_inverse(const double *parms, int n, double *coords, const double *dva
   const double inv_ak0 = 1.0 / dvals[0];
   for (int i = 0; i < n; ++i) {
     double *p = coords + 2 * i;
+    // 0, or NaN when a coordinate is not finite (atan2 would give a finite
+    // angle for an infinite easting)
+    const double poison = 0.0 * p[0] * p[1];
     const double d = p[1] * inv_ak0 + phi0;
     const double sh = std::sinh(p[0] * inv_ak0);
     const double cd = std::cos(d);
-    p[1] = std::atan2(std::sin(d), std::hypot(sh, cd));
-    p[0] = ko_delta(std::atan2(sh, cd) + lam0);
+    p[1] = std::atan2(std::sin(d), std::hypot(sh, cd)) + poison;
+    p[0] = ko_delta(std::atan2(sh, cd) + lam0) + poison;
   }
   return n;
 }
