@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "ko.h"
+#include "projections/tm_simd.h"
 
 namespace {
 
@@ -151,10 +152,26 @@ void BM_proj_inverse(benchmark::State &state) {
   per_point(state);
 }
 
+// The same without the four-wide kernels (what a machine without AVX2 or
+// without SLEEF runs).
+void BM_ko_forward_scalar(benchmark::State &state) {
+  ko::tm::set_vector_kernels(false);
+  BM_ko_forward(state);
+  ko::tm::set_vector_kernels(true);
+}
+
+void BM_ko_inverse_scalar(benchmark::State &state) {
+  ko::tm::set_vector_kernels(false);
+  BM_ko_inverse(state);
+  ko::tm::set_vector_kernels(true);
+}
+
 BENCHMARK(BM_ko_forward)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 BENCHMARK(BM_proj_forward)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 BENCHMARK(BM_ko_inverse)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 BENCHMARK(BM_proj_inverse)->Unit(benchmark::kMillisecond)->MinTime(1.0);
+BENCHMARK(BM_ko_forward_scalar)->Unit(benchmark::kMillisecond)->MinTime(1.0);
+BENCHMARK(BM_ko_inverse_scalar)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 
 // Keeps ns per point of each run so that the ratios can be printed at the end.
 class RatioReporter : public benchmark::ConsoleReporter {
@@ -168,11 +185,12 @@ class RatioReporter : public benchmark::ConsoleReporter {
     }
   }
   void print_ratios() const {
-    for (const char *dir : {"forward", "inverse"}) {
+    for (const char *dir : {"forward", "inverse", "forward_scalar", "inverse_scalar"}) {
       const auto ko = ns_.find(std::string("BM_ko_") + dir);
-      const auto proj = ns_.find(std::string("BM_proj_") + dir);
+      const std::string plain(dir, std::string(dir).find('_') == std::string::npos ? std::string(dir).size() : std::string(dir).find('_'));
+      const auto proj = ns_.find("BM_proj_" + plain);
       if (ko == ns_.end() || proj == ns_.end()) continue;
-      std::printf("%-8s ko %.1f ns/point, PROJ %.1f ns/point, ko is %.2f times PROJ's throughput\n", dir,
+      std::printf("%-15s ko %.1f ns/point, PROJ %.1f ns/point, ko is %.2f times PROJ's throughput\n", dir,
                   ko->second, proj->second, proj->second / ko->second);
     }
   }
