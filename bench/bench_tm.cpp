@@ -100,56 +100,38 @@ void per_point(benchmark::State &state) {
       static_cast<double>(kPoints), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
-void BM_ko_forward(benchmark::State &state) {
-  const std::vector<double> input = radians_of(geographic_degrees());
+// Times `convert` on a fresh copy of `input` per iteration.
+template <class Convert>
+void convert_all(benchmark::State &state, const std::vector<double> &input, Convert convert) {
   std::vector<double> work(input.size());
   for (auto _ : state) {
     state.PauseTiming();
     std::copy(input.begin(), input.end(), work.begin());
     state.ResumeTiming();
-    benchmark::DoNotOptimize(utm33().forward(work.data(), kPoints));
+    benchmark::DoNotOptimize(convert(work.data()));
   }
   per_point(state);
+}
+
+size_t proj_convert(PJ_DIRECTION direction, double *xy) {
+  return proj_trans_generic(proj_utm33(), direction, xy, 2 * sizeof(double), kPoints, xy + 1, 2 * sizeof(double),
+                            kPoints, nullptr, 0, 0, nullptr, 0, 0);
+}
+
+void BM_ko_forward(benchmark::State &state) {
+  convert_all(state, radians_of(geographic_degrees()), [](double *xy) { return utm33().forward(xy, kPoints); });
 }
 
 void BM_proj_forward(benchmark::State &state) {
-  const std::vector<double> &input = geographic_degrees();
-  std::vector<double> work(input.size());
-  for (auto _ : state) {
-    state.PauseTiming();
-    std::copy(input.begin(), input.end(), work.begin());
-    state.ResumeTiming();
-    benchmark::DoNotOptimize(proj_trans_generic(proj_utm33(), PJ_FWD, work.data(), 2 * sizeof(double), kPoints,
-                                                work.data() + 1, 2 * sizeof(double), kPoints, nullptr, 0, 0,
-                                                nullptr, 0, 0));
-  }
-  per_point(state);
+  convert_all(state, geographic_degrees(), [](double *xy) { return proj_convert(PJ_FWD, xy); });
 }
 
 void BM_ko_inverse(benchmark::State &state) {
-  const std::vector<double> &input = projected_points();
-  std::vector<double> work(input.size());
-  for (auto _ : state) {
-    state.PauseTiming();
-    std::copy(input.begin(), input.end(), work.begin());
-    state.ResumeTiming();
-    benchmark::DoNotOptimize(utm33().inverse(work.data(), kPoints));
-  }
-  per_point(state);
+  convert_all(state, projected_points(), [](double *xy) { return utm33().inverse(xy, kPoints); });
 }
 
 void BM_proj_inverse(benchmark::State &state) {
-  const std::vector<double> &input = projected_points();
-  std::vector<double> work(input.size());
-  for (auto _ : state) {
-    state.PauseTiming();
-    std::copy(input.begin(), input.end(), work.begin());
-    state.ResumeTiming();
-    benchmark::DoNotOptimize(proj_trans_generic(proj_utm33(), PJ_INV, work.data(), 2 * sizeof(double), kPoints,
-                                                work.data() + 1, 2 * sizeof(double), kPoints, nullptr, 0, 0,
-                                                nullptr, 0, 0));
-  }
-  per_point(state);
+  convert_all(state, projected_points(), [](double *xy) { return proj_convert(PJ_INV, xy); });
 }
 
 // The same without the four-wide kernels (what a machine without AVX2 or

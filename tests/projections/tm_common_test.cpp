@@ -19,7 +19,7 @@ namespace {
 using ko::tmtest::Spheroid;
 using ko::tmtest::TmSetup;
 
-constexpr double kDeg = 0.017453292519943295;
+using ko::tmtest::kDeg;
 constexpr Spheroid kSphere{6371000.0, 0.0};
 
 struct Member {

@@ -24,7 +24,7 @@ using ko::tmtest::Spheroid;
 using ko::tmtest::KernelChoice;
 using ko::tmtest::TmSetup;
 
-constexpr double kDeg = 0.017453292519943295;
+using ko::tmtest::kDeg;
 
 #ifdef KO_HAVE_GEOGRAPHICLIB
 
@@ -83,6 +83,19 @@ std::vector<Sample> oracle_samples(const Case &c, unsigned seed) {
 
 // Every accuracy case runs with the four-wide kernels (when the machine and
 // SLEEF allow them) and with the scalar ones.
+// The samples as interleaved longitude/latitude in radians, or as x/y.
+std::vector<double> geographic_of(const std::vector<Sample> &samples) {
+  std::vector<double> xy;
+  for (const Sample &s : samples) xy.insert(xy.end(), {s.lon * kDeg, s.lat * kDeg});
+  return xy;
+}
+
+std::vector<double> projected_of(const std::vector<Sample> &samples) {
+  std::vector<double> xy;
+  for (const Sample &s : samples) xy.insert(xy.end(), {s.x, s.y});
+  return xy;
+}
+
 class GaussKrugerAccuracy : public ::testing::TestWithParam<std::tuple<Case, bool>> {
  protected:
   const Case &c = std::get<0>(GetParam());
@@ -92,11 +105,7 @@ class GaussKrugerAccuracy : public ::testing::TestWithParam<std::tuple<Case, boo
 TEST_P(GaussKrugerAccuracy, ForwardAgreesWithOracle) {
   TmSetup tm(ko_prj_gauss_kruger_vector, c.spheroid, c.lon0_deg, c.lat0_deg, c.k0);
   const auto samples = oracle_samples(c, 20261121u);
-  std::vector<double> xy;
-  for (const Sample &s : samples) {
-    xy.push_back(s.lon * kDeg);
-    xy.push_back(s.lat * kDeg);
-  }
+  std::vector<double> xy = geographic_of(samples);
   ASSERT_EQ(tm.forward(xy), kPoints);
   double worst = 0.0;
   for (int i = 0; i < kPoints; ++i) {
@@ -110,11 +119,7 @@ TEST_P(GaussKrugerAccuracy, ForwardAgreesWithOracle) {
 TEST_P(GaussKrugerAccuracy, InverseAgreesWithOracle) {
   TmSetup tm(ko_prj_gauss_kruger_vector, c.spheroid, c.lon0_deg, c.lat0_deg, c.k0);
   const auto samples = oracle_samples(c, 424242u);
-  std::vector<double> xy;
-  for (const Sample &s : samples) {
-    xy.push_back(s.x);
-    xy.push_back(s.y);
-  }
+  std::vector<double> xy = projected_of(samples);
   ASSERT_EQ(tm.inverse(xy), kPoints);
   for (int i = 0; i < kPoints; ++i) {
     const double metres = ko::tmtest::ground_error(c.spheroid.a, xy[2 * i], xy[2 * i + 1],
@@ -126,11 +131,7 @@ TEST_P(GaussKrugerAccuracy, InverseAgreesWithOracle) {
 TEST_P(GaussKrugerAccuracy, RoundTripWithinNanodegree) {
   TmSetup tm(ko_prj_transverse_mercator_vector, c.spheroid, c.lon0_deg, c.lat0_deg, c.k0);
   const auto samples = oracle_samples(c, 7u);
-  std::vector<double> xy;
-  for (const Sample &s : samples) {
-    xy.push_back(s.lon * kDeg);
-    xy.push_back(s.lat * kDeg);
-  }
+  std::vector<double> xy = geographic_of(samples);
   ASSERT_EQ(tm.forward(xy), kPoints);
   ASSERT_EQ(tm.inverse(xy), kPoints);
   for (int i = 0; i < kPoints; ++i) {
@@ -156,26 +157,7 @@ class GaussKrugerReference : public ::testing::TestWithParam<bool> {
 };
 
 TEST_P(GaussKrugerReference, WithinFiveNanometresOfExact) {
-  const auto points = ko::tmtest::reference_points("strip");
-  ASSERT_GE(points.size(), 400u);
-  for (const auto &r : points) {
-    TmSetup tm(ko_prj_gauss_kruger_vector, r.spheroid, 0.0, 0.0, r.k0);
-    // a block of five copies so that the four-wide kernel and the scalar tail both see the point
-    std::vector<double> fwd, inv;
-    for (int k = 0; k < 5; ++k) {
-      fwd.insert(fwd.end(), {r.lon * kDeg, r.lat * kDeg});
-      inv.insert(inv.end(), {r.x, r.y});
-    }
-    ASSERT_EQ(tm.forward(fwd), 5);
-    ASSERT_EQ(tm.inverse(inv), 5);
-    for (int k = 0; k < 5; ++k) {
-      EXPECT_NEAR(fwd[2 * k], r.x, kOwnTolMetres) << r.lat << " " << r.lon;
-      EXPECT_NEAR(fwd[2 * k + 1], r.y, kOwnTolMetres) << r.lat << " " << r.lon;
-      EXPECT_LE(ko::tmtest::ground_error(r.spheroid.a, inv[2 * k], inv[2 * k + 1], r.lon * kDeg, r.lat * kDeg),
-                kOwnTolMetres)
-          << r.lat << " " << r.lon;
-    }
-  }
+  ko::tmtest::expect_reference_accuracy(ko_prj_gauss_kruger_vector, "strip", kOwnTolMetres);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kernels, GaussKrugerReference, ::testing::Bool(),

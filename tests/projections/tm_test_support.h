@@ -2,6 +2,8 @@
 // parameter array and constants cached the way the point loop caches them.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <fstream>
 #include <sstream>
@@ -12,6 +14,8 @@
 #include "projections/tm_simd.h"
 
 namespace ko::tmtest {
+
+inline constexpr double kDeg = 0.017453292519943295;  // radians per degree
 
 struct Spheroid {
   double a;
@@ -115,6 +119,31 @@ inline std::vector<ReferencePoint> reference_points(const std::string &set) {
 // together (local flat approximation with radius a, enough for nanometres).
 inline double ground_error(double a, double lon1, double lat1, double lon2, double lat2) {
   return a * std::hypot(lat1 - lat2, std::remainder(lon1 - lon2, 2.0 * M_PI) * std::cos(lat2));
+}
+
+// Checks a projection against every reference point of a set: forward within
+// `tol` metres in x and y, inverse within `tol` metres on the ground.  Each
+// point is converted five times in one array, so that a four-wide kernel and
+// its padded tail both see it.
+inline void expect_reference_accuracy(const ko_projlist_entry &vec, const std::string &set, double tol) {
+  const auto points = reference_points(set);
+  ASSERT_GE(points.size(), 400u) << set;
+  for (const auto &r : points) {
+    TmSetup tm(vec, r.spheroid, 0.0, 0.0, r.k0);
+    std::vector<double> fwd, inv;
+    for (int k = 0; k < 5; ++k) {
+      fwd.insert(fwd.end(), {r.lon * kDeg, r.lat * kDeg});
+      inv.insert(inv.end(), {r.x, r.y});
+    }
+    ASSERT_EQ(tm.forward(fwd), 5);
+    ASSERT_EQ(tm.inverse(inv), 5);
+    for (int k = 0; k < 5; ++k) {
+      EXPECT_NEAR(fwd[2 * k], r.x, tol) << set << " " << r.lat << " " << r.lon;
+      EXPECT_NEAR(fwd[2 * k + 1], r.y, tol) << set << " " << r.lat << " " << r.lon;
+      EXPECT_LE(ground_error(r.spheroid.a, inv[2 * k], inv[2 * k + 1], r.lon * kDeg, r.lat * kDeg), tol)
+          << set << " " << r.lat << " " << r.lon;
+    }
+  }
 }
 
 }  // namespace ko::tmtest
