@@ -2,6 +2,7 @@
 // the forward and inverse point loops of the grid methods.
 #include "transformations/grid_set.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 
@@ -14,20 +15,26 @@ constexpr std::size_t kAlign = alignof(std::max_align_t);
 
 std::size_t aligned(std::size_t size) { return (size + kAlign - 1) / kAlign * kAlign; }
 
+// Points this close outside a grid (in cells) count as on its edge, so that
+// an edge given in degrees stays inside after conversion to radians.
+constexpr double kEdgeCells = 1e-9;
+
 // Offset of the point from the grid's south-west node in cells, or false
 // when the grid does not hold it.  A top-level grid holds its whole closed
 // rectangle; a half-open child leaves its north and west edges to its
 // parent, so that a point on a shared edge takes the parent's value.
 bool locate(const ShiftGrid &g, double lon, double lat, double &fx, double &fy) {
   double dx = lon - g.west;
-  if (dx < 0.0) dx += kTwoPi;
-  const double dy = lat - g.south;
+  if (dx < -kEdgeCells * g.lon_step) dx += kTwoPi;
+  const double x = dx / g.lon_step, y = (lat - g.south) / g.lat_step;
+  const double last_x = g.cols - 1, last_y = g.rows - 1;
   const bool inside = g.half_open != 0
-                          ? (dx > 0.0 && dx <= g.lon_span && dy >= 0.0 && dy < g.lat_span)
-                          : (dx >= 0.0 && dx <= g.lon_span && dy >= 0.0 && dy <= g.lat_span);
+                          ? (x > 0.0 && x <= last_x + kEdgeCells && y >= -kEdgeCells && y < last_y)
+                          : (x >= -kEdgeCells && x <= last_x + kEdgeCells && y >= -kEdgeCells &&
+                             y <= last_y + kEdgeCells);
   if (!inside) return false;
-  fx = dx / g.lon_step;
-  fy = dy / g.lat_step;
+  fx = std::clamp(x, 0.0, last_x);
+  fy = std::clamp(y, 0.0, last_y);
   return true;
 }
 
@@ -173,21 +180,44 @@ bool grid_set_shift(const GridSet &set, double lon, double lat, double out[3]) {
 
 namespace {
 
+// The shift at a point, or, for a point within one cell outside the
+// top-level grids, at the nearest point of that grid: the inverse iteration
+// starts from the target, which may lie just outside when its source lies
+// just inside.
+bool shift_near(const GridSet &set, double lon, double lat, double out[3]) {
+  if (grid_set_shift(set, lon, lat, out)) return true;
+  for (int32_t k = 0; k < set.top_count; ++k) {
+    const ShiftGrid &g = set.grids[set.children[k]];
+    double dx = std::remainder(lon - g.west, kTwoPi);
+    if (dx < -g.lon_step) dx += kTwoPi;
+    const double dy = lat - g.south;
+    if (dx < -g.lon_step || dx > g.lon_span + g.lon_step || dy < -g.lat_step ||
+        dy > g.lat_span + g.lat_step)
+      continue;
+    return grid_set_shift(set, g.west + std::clamp(dx, 0.0, g.lon_span),
+                          g.south + std::clamp(dy, 0.0, g.lat_span), out);
+  }
+  return false;
+}
+
 // The source point whose shifted position is (lon, lat): x = target -
 // shift(x), iterated from x = target - shift(target).  The shifts change by
-// a few arc-seconds per cell, so every step gains about five digits.
+// a few arc-seconds per cell, so every step gains about five digits.  The
+// answer must itself lie in a grid, so that the forward shift of it gives
+// the target back.
 bool invert_shift(const GridSet &set, double lon, double lat, double &src_lon,
                   double &src_lat, double &dh) {
   double s[3];
-  if (!grid_set_shift(set, lon, lat, s)) return false;
+  if (!shift_near(set, lon, lat, s)) return false;
   double x = lon - s[1], y = lat - s[0];
   for (int it = 0; it < 20; ++it) {
-    if (!grid_set_shift(set, x, y, s)) return false;
+    if (!shift_near(set, x, y, s)) return false;
     const double nx = lon - s[1], ny = lat - s[0];
     const bool settled = std::fabs(nx - x) <= 1e-14 && std::fabs(ny - y) <= 1e-14;
     x = nx;
     y = ny;
     if (settled) {
+      if (!grid_set_shift(set, x, y, s)) return false;
       src_lon = x;
       src_lat = y;
       dh = s[2];

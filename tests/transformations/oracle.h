@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <memory>
+#include <string>
 #include <vector>
 
 #ifdef KO_HAVE_PROJ
@@ -85,6 +86,10 @@ class ProjOp {
                                         PJ_CATEGORY_COORDINATE_OPERATION, 0, nullptr));
   }
   bool ok() const { return op_ != nullptr; }
+  std::string proj_string() const {
+    const char *s = op_ ? proj_as_proj_string(ctx_.get(), op_.get(), PJ_PROJ_5, nullptr) : nullptr;
+    return s != nullptr ? s : "";
+  }
   PJ_COORD trans(PJ_DIRECTION dir, double a, double b, double c = 0.0, double t = 0.0) const {
     return proj_trans(op_.get(), dir, proj_coord(a, b, c, t));
   }
