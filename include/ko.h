@@ -149,6 +149,7 @@ KO_API char *ko_err_buf(char *buf, int number, const char *type, ...);
 /* Table text of number in the current language (digits when unknown). */
 KO_API char *ko_err_num_to_str(char *buf, int number);
 KO_API const ko_errtbl *ko_err_language_set(const char *name);
+/* Copies the current language's name into buf (64 bytes). */
 KO_API char *ko_err_language_get(char *buf);
 KO_API void ko_msg_setrtn(void *userdata, int severity_mask, int category_mask,
                           ko_msg_callback callback);
@@ -186,10 +187,14 @@ KO_API void ko_mutex_enter(ko_mutex *mutex);
 KO_API void ko_mutex_leave(ko_mutex *mutex);
 KO_API ko_mutex *ko_mutex_delete(ko_mutex *mutex);
 
+/* Bounded copies: at most size - 1 units, always terminated; the result is
+ * the number of units copied.  A null source counts as empty. */
 KO_API int ko_strncpy(char *dst, const char *src, int size);
 KO_API int ko_strncpy_u(ko_uchar *dst, const ko_uchar *src, int size);
 KO_API int ko_strlen_u(const ko_uchar *text);
 KO_API int ko_strcmp_u(const ko_uchar *a, const ko_uchar *b);
+/* printf into buf: at most size - 1 characters, always terminated; returns
+ * the length written, which is size - 1 when the text was cut. */
 KO_API int ko_vsnprintf(char *buf, int size, const char *format, va_list args);
 KO_API int ko_snprintf(char *buf, int size, const char *format, ...);
 KO_API int ko_strcmp_i(const char *a, const char *b);
@@ -204,7 +209,10 @@ KO_API int ko_strncmp_ci2(const char *a, const char *b);
 KO_API char *ko_str_trim_buf(char *text);
 
 /* UTF-8 / UTF-16 / ASCII conversions; size counts units of the destination,
- * the result is the number of units written without the terminating zero. */
+ * the result is the number of units written without the terminating zero.
+ * A character is never split at the end of the buffer; malformed input
+ * becomes U+FFFD.  ko_str_asc_to_uni widens each byte (ISO 8859-1);
+ * ko_str_uni_to_asc writes '?' for units outside ASCII. */
 KO_API int ko_str_utf8_to_uni(ko_uchar *dst, const char *src, int size);
 KO_API int ko_str_uni_to_utf8(char *dst, const ko_uchar *src, int size);
 KO_API int ko_str_asc_to_uni(ko_uchar *dst, const char *src, int size);
@@ -214,18 +222,26 @@ KO_API int ko_str_uni_to_asc(char *dst, const ko_uchar *src, int size);
 #define KO_NAMES_NAME 1        /* the object's name */
 #define KO_NAMES_DISPNAME 2    /* the display name */
 #define KO_NAMES_BOTH 3        /* "name (display name)" when they differ */
+/* Writes the names chosen by flags into buf (size UTF-16 units); an absent
+ * display name falls back to the name.  Returns the units written. */
 KO_API int ko_str_names_to_buf(ko_uchar *buf, int size, int flags,
                                const char *name, const ko_uchar *dispname);
 
-/* Splits text in place at delimiter; returns the token count (at most max). */
+/* Splits text in place at delimiter into tokens trimmed of white space;
+ * returns the token count (0 for an empty text).  When there are more than
+ * max tokens the last one keeps the rest of the text unsplit. */
 KO_API int ko_str_tokenize(char *text, char delimiter, char **tokens, int max);
-/* Wildcard match: '*' any run, '?' one character; case-insensitive when
+/* Wildcard match: '*' any run, '?' one (UTF-8) character; case-insensitive when
  * ignore_case is non-zero.  1 on a match. */
 KO_API int ko_str_wildcard_match(const char *pattern, const char *text, int ignore_case);
-/* Resolves the escapes \n \t \\ \" \' in place; returns the new length. */
+/* Resolves the escapes \n \t \\ \" \' in place (other backslashes stay);
+ * returns the new length. */
 KO_API int ko_str_unescape(char *text);
 
 KO_API char ko_get_decimal_point_char(void);
+/* Number text with at most digits (1..17) significant digits; buf holds at
+ * least 32 bytes.  ko_dtoa always writes ".", ko_dtoa_ld the locale's
+ * decimal character; ko_strtod reads "." whatever the locale. */
 KO_API char *ko_dtoa_ld(char *buf, int digits, double value);
 KO_API char *ko_dtoa(char *buf, int digits, double value);
 KO_API char *ko_enforce_dot_decimal(char *text);
@@ -237,7 +253,9 @@ KO_API void ko_odprintf(const char *format, ...);
 KO_API void *ko_path_fopen(const char *path, const char *mode);
 
 /* The data directory that holds grid files: the value set here, else the
- * environment variable "KODATA", else empty.  Returns buf. */
+ * environment variable "KODATA", else empty.  Returns buf.  Setting null or
+ * "" returns to "KODATA"; a path that is not a directory is refused (error
+ * 127; 126 when longer than 4095 bytes), reported to the callback and log. */
 KO_API char *ko_datadir_get(char *buf, int size);
 KO_API void ko_datadir_set(const char *path);
 

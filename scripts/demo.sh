@@ -4,3 +4,5 @@ set -euo pipefail
 ko=${1:-build/release/ko}
 echo "\$ ko version"
 "$ko" version
+echo "\$ ko error 334"
+"$ko" error 334
