@@ -1,6 +1,8 @@
 // Bounded reading of binary grid files.
 #include "transformations/grid_file.h"
 
+#include "ko.h"
+
 #include <sys/stat.h>
 
 #include <bit>
@@ -13,7 +15,7 @@ GridFile::GridFile(const char *path) {
   if (path == nullptr || *path == '\0') return;
   struct stat st {};
   if (::stat(path, &st) != 0 || !S_ISREG(st.st_mode)) return;
-  file_.reset(std::fopen(path, "rb"));
+  file_.reset(static_cast<std::FILE *>(ko_path_fopen(path, "rb")));
   if (file_ == nullptr) return;
   if (std::fseek(file_.get(), 0, SEEK_END) != 0) {
     file_.reset();

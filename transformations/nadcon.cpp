@@ -12,10 +12,12 @@
 // longitude shifts are positive west, as everywhere in NADCON.  The files
 // are written in the producer's byte order, found from NC and NR.
 #include "transformations/grid_file.h"
-#include "transformations/grid_set.h"
+#include "transformations/grid_methods.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
 
 namespace ko {
 
@@ -93,5 +95,35 @@ GridSet *nadcon_read(const char *las_path, const char *los_path) {
   if (!read_values(las, hlat, g, 0, 1.0f) || !read_values(los, hlon, g, 1, -1.0f)) return nullptr;
   return set.release();
 }
+
+namespace {
+
+bool ends_with_i(const char *text, std::size_t len, const char *tail) {
+  const std::size_t n = std::strlen(tail);
+  return len >= n && ko_strncmp_i(text + len - n, tail, static_cast<int>(n)) == 0;
+}
+
+// <file>.las and <file>.los, a ".las" or ".los" ending of <file> dropped.
+bool nadcon_files(const char *file, const char *dir, GridFiles &files) {
+  std::size_t len = std::strlen(file);
+  if (ends_with_i(file, len, ".las") || ends_with_i(file, len, ".los")) len -= 4;
+  if (len == 0 || len >= kGridPathSize) return false;
+  const char *ext[2] = {".las", ".los"};
+  for (int i = 0; i < 2; ++i) {
+    char name[kGridPathSize];
+    const int n = std::snprintf(name, sizeof name, "%.*s%s", static_cast<int>(len), file, ext[i]);
+    if (n < 0 || n >= kGridPathSize || !join_path(dir, name, files.path[i])) return false;
+  }
+  files.count = files.required = 2;
+  return true;
+}
+
+GridSet *nadcon_open(const GridFiles &files, const ko_gcs_extent *) {
+  return nadcon_read(files.path[0], files.path[1]);
+}
+
+}  // namespace
+
+const GridFormatSpec kNadconFormat{"nadcon", nadcon_files, nadcon_open};
 
 }  // namespace ko

@@ -16,10 +16,12 @@
 // longitude shifts in arc-seconds (positive north and east) and, optionally,
 // ellipsoidal height shifts in metres.
 #include "transformations/grid_file.h"
-#include "transformations/grid_set.h"
+#include "transformations/grid_methods.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
+#include <cstring>
 
 namespace ko {
 
@@ -112,6 +114,30 @@ GridSet *noaa_b_read(const char *lat_path, const char *lon_path, const char *eht
   if (!read_rows(lat, hlat, *set, 0) || !read_rows(lon, hlon, *set, 1)) return nullptr;
   if (comps == 3 && !read_rows(eht, heht, *set, 2)) return nullptr;
   return set.release();
+}
+
+bool noaa_b_files(const char *file, const char *dir, GridFiles &files) {
+  // The latitude grid's name with its last "lat" replaced, or <file>.lat.b.
+  const char *lat = nullptr;
+  for (const char *p = std::strstr(file, "lat"); p != nullptr; p = std::strstr(p + 1, "lat"))
+    lat = p;
+  const char *kinds[3] = {"lat", "lon", "eht"};
+  for (int i = 0; i < 3; ++i) {
+    char name[kGridPathSize];
+    const int n = lat != nullptr
+                      ? std::snprintf(name, sizeof name, "%.*s%s%s", static_cast<int>(lat - file),
+                                      file, kinds[i], lat + 3)
+                      : std::snprintf(name, sizeof name, "%s.%s.b", file, kinds[i]);
+    if (n < 0 || n >= kGridPathSize || !join_path(dir, name, files.path[i])) return false;
+  }
+  files.count = 3;
+  files.required = 2;
+  return true;
+}
+
+GridSet *noaa_b_open(const GridFiles &files, const ko_gcs_extent *) {
+  const bool heights = grid_file_readable(files.path[2]);
+  return noaa_b_read(files.path[0], files.path[1], heights ? files.path[2] : nullptr);
 }
 
 }  // namespace ko

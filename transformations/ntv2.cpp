@@ -20,9 +20,10 @@
 // checked against the others and against the file size before anything is
 // allocated or read.
 #include "transformations/grid_file.h"
-#include "transformations/grid_set.h"
+#include "transformations/grid_methods.h"
 
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 
 namespace ko {
@@ -293,5 +294,28 @@ GridSet *ntv2_read(const char *path, const ko_gcs_extent *extent) {
   record_extent(*set, subs.get(), ov.files);
   return set.release();
 }
+
+namespace {
+
+bool has_extension(const char *file) {
+  const char *slash = std::strrchr(file, '/');
+  return std::strchr(slash != nullptr ? slash + 1 : file, '.') != nullptr;
+}
+
+bool ntv2_files(const char *file, const char *dir, GridFiles &files) {
+  char name[kGridPathSize];
+  const int len = std::snprintf(name, sizeof name, has_extension(file) ? "%s" : "%s.gsb", file);
+  if (len < 0 || len >= kGridPathSize || !join_path(dir, name, files.path[0])) return false;
+  files.count = files.required = 1;
+  return true;
+}
+
+GridSet *ntv2_open(const GridFiles &files, const ko_gcs_extent *extent) {
+  return ntv2_read(files.path[0], extent);
+}
+
+}  // namespace
+
+const GridFormatSpec kNtv2Format{"ntv2", ntv2_files, ntv2_open};
 
 }  // namespace ko
