@@ -262,20 +262,6 @@ TEST(Helmert, ForwardThenInverseReturnsTheStart) {
   }
 }
 
-TEST(Helmert, CoordinateFrameIsPositionVectorWithRotationsNegated) {
-  const Case &pv = kCases[5];
-  Params flipped = pv.params;
-  flipped.rx = -flipped.rx;
-  flipped.ry = -flipped.ry;
-  flipped.rz = -flipped.rz;
-  const auto p1 = pv.params.slots(), p2 = flipped.slots();
-  double a[4] = {-2 * kDeg, 52 * kDeg, 1 * kDeg, 55 * kDeg};
-  double b[4] = {a[0], a[1], a[2], a[3]};
-  ASSERT_EQ(ko::position_vector_forward(args_for(pv, p1), 2, a, nullptr), 2);
-  ASSERT_EQ(ko::coordinate_frame_forward(args_for(pv, p2), 2, b, nullptr), 2);
-  for (int i = 0; i < 4; ++i) EXPECT_EQ(a[i], b[i]);
-}
-
 // ITRF2014 -> ETRF2014 (EPSG 8366, position vector) and ITRF2008 -> GDA94
 // (EPSG 6276, coordinate frame) are geocentric transformations; PROJ runs
 // them between cart steps on GRS80, the epoch as the fourth coordinate.
