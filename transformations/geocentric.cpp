@@ -159,6 +159,10 @@ void geocentric_to_geodetic(double a, double e2, const double xyz[3], double &lo
   lat = 2.0 * std::atan2(z, d + std::sqrt(d * d + z * z));
 }
 
+bool spheroid_ok(const double *sph) {
+  return sph != nullptr && sph[0] > 0.0 && std::isfinite(sph[0]) && sph[1] >= 0.0 && sph[1] < 1.0;
+}
+
 Affine helmert_affine(const double t[3], double rx, double ry, double rz, double ds,
                       const double pivot[3]) {
   // Position vector rotation (IOGP 7-2 §4.4.3.1), linearised as EPSG defines it:
@@ -201,7 +205,7 @@ bool invert_affine(const Affine &f, Affine &inverse) {
 
 int transform_through_geocentric(const double *sph_in, const double *sph_out, const Affine &f,
                                  int n, double *coord, double *z) {
-  if (coord == nullptr || n < 0 || sph_in == nullptr || sph_out == nullptr) return -1;
+  if (coord == nullptr || n < 0 || !spheroid_ok(sph_in) || !spheroid_ok(sph_out)) return -1;
   const double a1 = sph_in[0], e21 = sph_in[1];
   const double a2 = sph_out[0], e22 = sph_out[1];
   const double *m = f.m;

@@ -378,6 +378,17 @@ TEST(Helmert, NonFiniteAndInvalidInputs) {
     EXPECT_EQ(m.forward(args_for(c, p), -1, work, zw), -1);
     EXPECT_EQ(m.inverse(args_for(c, p), 3, nullptr, zw), -1);
   }
+  // Spheroids that are no spheroids: invalid arguments.
+  const double flat[2] = {6378137.0, 1.0}, none[2] = {0.0, 0.0};
+  for (const double *bad : {flat, none}) {
+    MethodArgs a = args_for(c, p);
+    a.sph2 = bad;
+    double q[2] = {0.1, 0.2};
+    EXPECT_EQ(kPV.forward(a, 1, q, nullptr), -1);
+    EXPECT_EQ(kPV.inverse(a, 1, q, nullptr), -1);
+    a.sph2 = nullptr;
+    EXPECT_EQ(kGT.forward(a, 1, q, nullptr), -1);
+  }
   const double bad_epoch = nan;
   double q[2] = {0.1, 0.2};
   EXPECT_EQ(ko::time_based_helmert_pv_forward(args_for(c, p, &bad_epoch), 1, q, nullptr), 0);
