@@ -392,7 +392,7 @@ TEST(ProjValid, EverySetOfAllParametersIsValid) {
     if (kTransverseMercatorFamily.count(p.code)) continue;
     ko_parameter *slots[KO_PARM_COUNT];
     for (auto &s : slots) s = ko_parmlist_parameter_from_code(100001, nullptr);
-    ko_err err;
+    ko_err err{};  // the check adds to a record; it does not clear it
     EXPECT_EQ(ko_projection_valid(slots, "full", p.code, &err), 1) << p.name;
     EXPECT_EQ(err.severity, KO_SEV_NONE) << p.name;
     for (auto &s : slots) ko_parameter_del(s);
