@@ -431,7 +431,7 @@ TEST(ProjValid, MissingParametersAreReportedByName) {
   for (const Case &c : cases) {
     ParmSet set(c.present);
     ReportLog log;
-    ko_err err;
+    ko_err err{};
     ko_err_clear(&err);
     EXPECT_EQ(ko_projection_valid(set.slots, "my conversion", c.code, &err), c.valid) << c.code;
     ASSERT_EQ(log.reports.size(), c.reports.size()) << c.code;
@@ -451,7 +451,7 @@ TEST(ProjValid, MissingParametersAreReportedByName) {
 }
 
 TEST(ProjValid, ArgumentsOfTheCheck) {
-  ko_err err;
+  ko_err err{};
   EXPECT_EQ(ko_projection_valid(nullptr, "x", 43001, &err), 0);
   EXPECT_EQ(err.number, 330);
   EXPECT_EQ(err.severity, KO_SEV_ERROR);
@@ -525,7 +525,7 @@ TEST(ProjFunctions, KrovakParmfuncFillsTheMethodConstants) {
 // The projection object
 
 TEST(ProjectionObject, FromCodeAndName) {
-  ko_err err;
+  ko_err err{};
   ko_projection *p = ko_projlist_projection_from_code(43092, &err);
   ASSERT_NE(p, nullptr);
   EXPECT_TRUE(ko_projection_p(p));
@@ -551,7 +551,7 @@ TEST(ProjectionObject, FromCodeAndName) {
 }
 
 TEST(ProjectionObject, UnknownCodeOrName) {
-  ko_err err;
+  ko_err err{};
   EXPECT_EQ(ko_projlist_projection_from_code(43100, &err), nullptr);
   EXPECT_EQ(err.number, 217);
   EXPECT_EQ(err.severity, KO_SEV_ERROR);
@@ -612,7 +612,7 @@ TEST(ProjectionObject, DefaultsClearTheSlots) {
 TEST(ProjectionObject, FailedAllocationsLeakNothing) {
   ASSERT_TRUE(ko::test::installed());
   long made = ko::test::sweep_failures([] {
-    ko_err err;
+    ko_err err{};
     ko_projection *p = ko_projlist_projection_from_code(43033, &err);
     if (p == nullptr) {
       EXPECT_EQ(err.number, 1);

@@ -286,7 +286,7 @@ TEST_P(TmFamily, ParameterCheck) {
   for (const Case &c : cases) {
     ParmSet set(c.present);
     ReportLog log;
-    ko_err err;
+    ko_err err{};
     ko_err_clear(&err);
     EXPECT_EQ(vec.validfunc(set.slots, "utm test", &err), c.valid);
     ASSERT_EQ(log.reports.size(), c.reports.size());
@@ -305,7 +305,7 @@ TEST_P(TmFamily, ParameterCheck) {
       EXPECT_STREQ(err.message, "Central_Meridian");
     }
   }
-  ko_err err;
+  ko_err err{};
   ko_err_clear(&err);
   EXPECT_EQ(vec.validfunc(nullptr, "utm test", &err), 0);
   EXPECT_EQ(err.number, 330);
