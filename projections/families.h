@@ -1,0 +1,44 @@
+// The function slots of the projection families written on family.h, for the
+// projection vectors and for tests that call a family directly.  Every
+// forward/inverse has the ko_proj_fn signature, every constants function the
+// ko_proj_constfunc one.
+#pragma once
+
+#include "ko.h"
+
+namespace ko::proj {
+
+// Lambert Conformal Conic: 43020 (either form; with parameter function),
+// 43091 (one standard parallel), 43092 (two standard parallels).
+int lcc_forward(const double *sph, const double *parms, int n, double *coords,
+                const int32_t *ivals, const double *dvals);
+int lcc_inverse(const double *sph, const double *parms, int n, double *coords,
+                const int32_t *ivals, const double *dvals);
+int lcc_constants(ko_constants *c, const double *sph, const double *parms);
+int lcc_1sp_constants(ko_constants *c, const double *sph, const double *parms);
+int lcc_1sp_forward(const double *sph, const double *parms, int n, double *coords,
+                    const int32_t *ivals, const double *dvals);
+int lcc_1sp_inverse(const double *sph, const double *parms, int n, double *coords,
+                    const int32_t *ivals, const double *dvals);
+int lcc_parms(ko_parameter *const *parms, double *parm_array);
+int lcc_compare(const double *sph, const double *parms1, const double *parms2);
+int lcc_1sp_compare(const double *sph, const double *parms1, const double *parms2);
+
+// Declares the forward, inverse and constants functions of one projection.
+#define KO_PROJ_FAMILY_SLOTS(name)                                                     \
+  int name##_forward(const double *sph, const double *parms, int n, double *coords,    \
+                     const int32_t *ivals, const double *dvals);                       \
+  int name##_inverse(const double *sph, const double *parms, int n, double *coords,    \
+                     const int32_t *ivals, const double *dvals);                       \
+  int name##_constants(ko_constants *c, const double *sph, const double *parms);
+
+// Mercator: 43004 (variant B, standard parallel), 43069 (variant A, scale
+// factor), 43070 (variant C, false origin at a latitude), 43104 (auxiliary
+// sphere; with compare function).
+KO_PROJ_FAMILY_SLOTS(mercator)
+KO_PROJ_FAMILY_SLOTS(mercator_a)
+KO_PROJ_FAMILY_SLOTS(mercator_c)
+KO_PROJ_FAMILY_SLOTS(mercator_auxs)
+int mercator_auxs_compare(const double *sph, const double *parms1, const double *parms2);
+
+}  // namespace ko::proj
