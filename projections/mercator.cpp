@@ -1,0 +1,201 @@
+// Mercator on the ellipsoid and the sphere (IOGP guidance note 7-2 methods
+// 9804 variant A, 9805 variant B, 1044 variant C; Snyder 1987, chapter 7) and
+// on an auxiliary sphere (method 1024, Popular Visualisation Pseudo Mercator,
+// and its relatives).
+//
+//   x = a k0 (λ − λ0),   y = a k0 ψ(φ) − y0,
+// ψ the isometric latitude, y0 the northing of the false origin (variant C).
+//
+// Parameters: slot 2 λ0; slot 5 the scale factor; slot 3 the standard
+// parallel φ1 (variants B and C, auxiliary sphere), whose scale m(φ1) then
+// multiplies the scale factor; slot 6 the latitude of the false origin
+// (variant C only); slots 12-14 the plane orientation (not on the auxiliary
+// sphere, whose slot 12 is Auxiliary_Sphere_Type).
+//
+// Auxiliary_Sphere_Type: 0 a sphere of radius a with geodetic latitudes used
+// as spherical ones (EPSG:3857); 1 the radius b; 2 the authalic radius; 3 the
+// authalic radius with latitudes taken to the authalic latitude and back.
+#include "projections/families.h"
+#include "projections/family.h"
+
+namespace ko::proj {
+namespace {
+
+struct MercatorConstants {
+  double e2, e;  // of the surface mapped; 0 on a sphere
+  double lambda0;
+  double ak0;  // a k0
+  double y0;   // northing of the false origin
+  double geodetic_e2;
+  bool authalic;  // auxiliary sphere type 3
+  PlaneOrientation plane;
+  double conformal[KO_AUX_NCOEF];
+  double authalic_coef[KO_AUX_NCOEF];
+};
+
+enum class Variant { kA, kB, kC };
+
+int build(ko_constants *c, const double *sph, const double *parms, Variant v) {
+  Ellipsoid g;
+  if (!read_ellipsoid(sph, g) ||
+      !finite_slots(parms, {slot::kCentralMeridian, slot::kStdParallel1, slot::kScaleFactor,
+                            slot::kLatOrigin}))
+    return -1;
+  const double phi1 = parms[slot::kStdParallel1];
+  const double phif = parms[slot::kLatOrigin];
+  double k0 = parms[slot::kScaleFactor];
+  if (v != Variant::kA) {
+    if (!(std::fabs(phi1) < kHalfPi)) return -1;
+    k0 *= parallel_radius_ratio(g.e2, phi1);
+  }
+  if (!(k0 > 0.0) || (v == Variant::kC && !(std::fabs(phif) < kHalfPi))) return -1;
+  MercatorConstants k{};
+  k.e2 = g.e2;
+  k.e = g.e;
+  k.geodetic_e2 = g.e2;
+  k.lambda0 = parms[slot::kCentralMeridian];
+  k.ak0 = g.a * k0;
+  k.y0 = v == Variant::kC ? k.ak0 * isometric_latitude(g.e, phif) : 0.0;
+  if (!plane_orientation_from_parms(parms, k.plane)) return -1;
+  ko_chi_conformal_constants(g.e2, k.conformal);
+  return store_constants(c, k, kTagMercator);
+}
+
+int build_auxiliary_sphere(ko_constants *c, const double *sph, const double *parms) {
+  Ellipsoid g;
+  if (!read_ellipsoid(sph, g) ||
+      !finite_slots(parms, {slot::kCentralMeridian, slot::kStdParallel1, slot::kScaleFactor,
+                            slot::kAuxSphereType}))
+    return -1;
+  const double type = parms[slot::kAuxSphereType];
+  MercatorConstants k{};
+  double radius = g.a;
+  double phi1 = parms[slot::kStdParallel1];
+  if (!(std::fabs(phi1) < kHalfPi)) return -1;
+  if (type == 1.0) {
+    radius = g.a * std::sqrt(1.0 - g.e2);
+  } else if (type == 2.0 || type == 3.0) {
+    radius = ko_auth_r(g.a, g.e2);
+    if (type == 3.0) {
+      k.authalic = true;
+      ko_beta_authalic_constants(g.e2, k.authalic_coef);
+      phi1 = ko_phi_to_beta_wconst(k.authalic_coef, g.e2, phi1);
+    }
+  } else if (type != 0.0) {
+    return -1;
+  }
+  const double k0 = parms[slot::kScaleFactor] * std::cos(phi1);
+  if (!(k0 > 0.0) || !(radius > 0.0)) return -1;
+  k.e2 = 0.0;
+  k.e = 0.0;
+  k.geodetic_e2 = g.e2;
+  k.lambda0 = parms[slot::kCentralMeridian];
+  k.ak0 = radius * k0;
+  ko_chi_conformal_constants(0.0, k.conformal);
+  return store_constants(c, k, kTagMercatorAuxSphere);
+}
+
+// ---------------------------------------------------------------------------
+// Point kernels.  Latitudes of ±90° have no image.
+
+int forward_points(const MercatorConstants &k, std::span<double> xy) {
+  int count = 0;
+  for (std::size_t i = 0; i < xy.size(); i += 2) {
+    const double phi = xy[i + 1];
+    double x = k.ak0 * ko_delta(xy[i] - k.lambda0);
+    double y = k.ak0 * isometric_latitude(k.e, phi) - k.y0;
+    k.plane.to_grid(x, y);
+    count += store_point(&xy[i], x, y, std::fabs(phi) < kHalfPi);
+  }
+  return count;
+}
+
+int inverse_points(const MercatorConstants &k, std::span<double> xy) {
+  int count = 0;
+  for (std::size_t i = 0; i < xy.size(); i += 2) {
+    double x = xy[i], y = xy[i + 1];
+    k.plane.from_grid(x, y);
+    const double phi = latitude_from_isometric(k.conformal, k.e2, (y + k.y0) / k.ak0);
+    const double lam = ko_delta(k.lambda0 + x / k.ak0);
+    count += store_point(&xy[i], lam, phi, true);
+  }
+  return count;
+}
+
+// Auxiliary sphere of type 3: geodetic latitudes to authalic ones first.
+int forward_authalic_points(const MercatorConstants &k, std::span<double> xy) {
+  for (std::size_t i = 1; i < xy.size(); i += 2)
+    if (std::fabs(xy[i]) <= kHalfPi) xy[i] = ko_phi_to_beta_wconst(k.authalic_coef, k.geodetic_e2, xy[i]);
+  return forward_points(k, xy);
+}
+
+int inverse_authalic_points(const MercatorConstants &k, std::span<double> xy) {
+  const int count = inverse_points(k, xy);
+  for (std::size_t i = 1; i < xy.size(); i += 2)
+    if (xy[i] != HUGE_VAL) xy[i] = ko_beta_to_phi_wconst(k.authalic_coef, k.geodetic_e2, xy[i]);
+  return count;
+}
+
+int forward_with(ko_proj_constfunc cf, int32_t tag, const double *sph, const double *parms, int n,
+                 double *coords, const int32_t *ivals, const double *dvals) {
+  return with_constants<MercatorConstants>(
+      cf, tag, sph, parms, n, coords, ivals, dvals,
+      [](const MercatorConstants &k, std::span<double> xy) {
+        return k.authalic ? forward_authalic_points(k, xy) : forward_points(k, xy);
+      });
+}
+
+int inverse_with(ko_proj_constfunc cf, int32_t tag, const double *sph, const double *parms, int n,
+                 double *coords, const int32_t *ivals, const double *dvals) {
+  return with_constants<MercatorConstants>(
+      cf, tag, sph, parms, n, coords, ivals, dvals,
+      [](const MercatorConstants &k, std::span<double> xy) {
+        return k.authalic ? inverse_authalic_points(k, xy) : inverse_points(k, xy);
+      });
+}
+
+}  // namespace
+
+int mercator_constants(ko_constants *c, const double *sph, const double *parms) {
+  return build(c, sph, parms, Variant::kB);
+}
+int mercator_a_constants(ko_constants *c, const double *sph, const double *parms) {
+  return build(c, sph, parms, Variant::kA);
+}
+int mercator_c_constants(ko_constants *c, const double *sph, const double *parms) {
+  return build(c, sph, parms, Variant::kC);
+}
+int mercator_auxs_constants(ko_constants *c, const double *sph, const double *parms) {
+  return build_auxiliary_sphere(c, sph, parms);
+}
+
+#define KO_MERCATOR_SLOTS(name, tag)                                                        \
+  int name##_forward(const double *sph, const double *parms, int n, double *coords,         \
+                     const int32_t *ivals, const double *dvals) {                           \
+    return forward_with(name##_constants, tag, sph, parms, n, coords, ivals, dvals);        \
+  }                                                                                         \
+  int name##_inverse(const double *sph, const double *parms, int n, double *coords,         \
+                     const int32_t *ivals, const double *dvals) {                           \
+    return inverse_with(name##_constants, tag, sph, parms, n, coords, ivals, dvals);        \
+  }
+KO_MERCATOR_SLOTS(mercator, kTagMercator)
+KO_MERCATOR_SLOTS(mercator_a, kTagMercator)
+KO_MERCATOR_SLOTS(mercator_c, kTagMercator)
+KO_MERCATOR_SLOTS(mercator_auxs, kTagMercatorAuxSphere)
+#undef KO_MERCATOR_SLOTS
+
+// Two auxiliary-sphere Mercators are the same map when radius, scale,
+// central meridian, latitude treatment and false origin agree.
+int mercator_auxs_compare(const double *sph, const double *parms1, const double *parms2) {
+  MercatorConstants a, b;
+  if (!compute_constants(mercator_auxs_constants, kTagMercatorAuxSphere, sph, parms1, a) ||
+      !compute_constants(mercator_auxs_constants, kTagMercatorAuxSphere, sph, parms2, b))
+    return 0;
+  const bool same = rel_eq(a.ak0, b.ak0) && angle_eq(a.lambda0, b.lambda0) &&
+                    a.authalic == b.authalic &&
+                    rel_eq(parms1[slot::kFalseEasting], parms2[slot::kFalseEasting]) &&
+                    rel_eq(parms1[slot::kFalseNorthing], parms2[slot::kFalseNorthing]);
+  return same ? 1 : 0;
+}
+
+}  // namespace ko::proj
