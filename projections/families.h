@@ -41,4 +41,13 @@ KO_PROJ_FAMILY_SLOTS(mercator_c)
 KO_PROJ_FAMILY_SLOTS(mercator_auxs)
 int mercator_auxs_compare(const double *sph, const double *parms1, const double *parms2);
 
+// Stereographic: 43038 Double_Stereographic (oblique, method 9809),
+// 43026 Stereographic (Snyder's; polar at ±90°), 43066/43067/43068 polar
+// stereographic variants A, B, C.
+KO_PROJ_FAMILY_SLOTS(double_stereographic)
+KO_PROJ_FAMILY_SLOTS(stereographic)
+KO_PROJ_FAMILY_SLOTS(polar_stereographic_a)
+KO_PROJ_FAMILY_SLOTS(polar_stereographic_b)
+KO_PROJ_FAMILY_SLOTS(polar_stereographic_c)
+
 }  // namespace ko::proj

@@ -109,6 +109,8 @@ TEST(Mercator, AgreesWithProj) {
        "+proj=merc +a=6378137 +b=6378137"},
       {"auxiliary sphere 1 (radius b)", &kMercAux, kWgs84, Parms{{slot::kAuxSphereType, 1.0}},
        "+proj=merc +R=" + num(6378137.0 * std::sqrt(1.0 - kWgs84.pair[1]))},
+      // PROJ's +R_A is the authalic radius by its series to e^6: it differs
+      // from the closed form by 0.1 ppm, 0.7 mm at the edge of this grid.
       {"auxiliary sphere 2 (authalic radius)", &kMercAux, kWgs84,
        Parms{{slot::kAuxSphereType, 2.0}, {slot::kCentralMeridian, dms(20)}},
        "+proj=merc +ellps=WGS84 +R_A +lon_0=20"},
@@ -128,16 +130,7 @@ TEST(Mercator, AgreesWithProj) {
 TEST(Mercator, VariantCIsVariantBLessTheFalseOriginNorthing) {
   ProjOracle oracle("+proj=merc +lon_0=51 +lat_ts=42 +ellps=krass");
   ASSERT_TRUE(oracle.ok());
-  const double yf = oracle.forward(dms(51), dms(42)).y;
-  struct Shifted {
-    const ProjOracle &o;
-    double yf;
-    XY forward(double lon, double lat) const {
-      XY r = o.forward(lon, lat);
-      r.y -= yf;
-      return r;
-    }
-  } shifted{oracle, yf};
+  const ShiftedOracle shifted{oracle, 0.0, oracle.forward(dms(51), dms(42)).y};
   const Parms p{{slot::kCentralMeridian, dms(51)}, {slot::kStdParallel1, dms(42)},
                 {slot::kLatOrigin, dms(42)}};
   check_against(kMercC, kKrassowsky, p, shifted, grid(46, 36, 56, 48, 9, 9), 1e-3, 1e-9);
