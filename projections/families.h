@@ -50,4 +50,15 @@ KO_PROJ_FAMILY_SLOTS(polar_stereographic_a)
 KO_PROJ_FAMILY_SLOTS(polar_stereographic_b)
 KO_PROJ_FAMILY_SLOTS(polar_stereographic_c)
 
+// Hotine Oblique Mercator: 43036 azimuth, natural origin; 43037 azimuth,
+// centre; 43053/43054 Rectified Skew Orthomorphic, natural origin/centre
+// (rectified grid angle from XY_Plane_Rotation); 43025/43035 two points,
+// natural origin/centre.
+KO_PROJ_FAMILY_SLOTS(hotine_azimuth_natorigin)
+KO_PROJ_FAMILY_SLOTS(hotine_azimuth_center)
+KO_PROJ_FAMILY_SLOTS(rso_natorigin)
+KO_PROJ_FAMILY_SLOTS(rso_center)
+KO_PROJ_FAMILY_SLOTS(hotine_two_point_natorigin)
+KO_PROJ_FAMILY_SLOTS(hotine_two_point_center)
+
 }  // namespace ko::proj

@@ -170,12 +170,24 @@ int with_constants(ko_proj_constfunc constfunc, int32_t tag, const double *sph,
   return body(k, std::span<double>(coords, static_cast<std::size_t>(n) * 2));
 }
 
+// Defines name_forward and name_inverse, the projection's two point slots,
+// as run(name_constants, direction, ...) where run is the family's driver
+// int run(ko_proj_constfunc, bool forward, sph, parms, n, coords, ivals, dvals).
+#define KO_PROJ_DEFINE_POINT_SLOTS(name, run)                                         \
+  int name##_forward(const double *sph, const double *parms, int n, double *coords,   \
+                     const int32_t *ivals, const double *dvals) {                     \
+    return run(name##_constants, true, sph, parms, n, coords, ivals, dvals);          \
+  }                                                                                   \
+  int name##_inverse(const double *sph, const double *parms, int n, double *coords,   \
+                     const int32_t *ivals, const double *dvals) {                     \
+    return run(name##_constants, false, sph, parms, n, coords, ivals, dvals);         \
+  }
+
 // Tags that keep one family's constants from being read by another.
 enum FamilyTag : int32_t {
   kTagLambertConic = 0x4c43,
   kTagLambertNearConformal = 0x4c4e,
   kTagMercator = 0x4d45,
-  kTagMercatorAuxSphere = 0x4d41,
   kTagObliqueStereographic = 0x5344,
   kTagStereographic = 0x5354,
   kTagPolarStereographic = 0x5350,

@@ -255,24 +255,15 @@ int inverse_near_conformal(const LccConstants &k, std::span<double> xy) {
   return count;
 }
 
-int run_forward(ko_proj_constfunc cf, const double *sph, const double *parms, int n,
-                double *coords, const int32_t *ivals, const double *dvals) {
-  return with_constants<LccConstants>(cf, kTagLambertConic, sph, parms, n, coords, ivals, dvals,
-                                      [](const LccConstants &k, std::span<double> xy) {
-                                        return k.variant == static_cast<int>(LccVariant::kNearConformal)
-                                                   ? forward_near_conformal(k, xy)
-                                                   : forward_conformal(k, xy);
-                                      });
-}
-
-int run_inverse(ko_proj_constfunc cf, const double *sph, const double *parms, int n,
-                double *coords, const int32_t *ivals, const double *dvals) {
-  return with_constants<LccConstants>(cf, kTagLambertConic, sph, parms, n, coords, ivals, dvals,
-                                      [](const LccConstants &k, std::span<double> xy) {
-                                        return k.variant == static_cast<int>(LccVariant::kNearConformal)
-                                                   ? inverse_near_conformal(k, xy)
-                                                   : inverse_conformal(k, xy);
-                                      });
+int run(ko_proj_constfunc cf, bool forward, const double *sph, const double *parms, int n,
+        double *coords, const int32_t *ivals, const double *dvals) {
+  return with_constants<LccConstants>(
+      cf, kTagLambertConic, sph, parms, n, coords, ivals, dvals,
+      [forward](const LccConstants &k, std::span<double> xy) {
+        if (k.variant == static_cast<int>(LccVariant::kNearConformal))
+          return forward ? forward_near_conformal(k, xy) : inverse_near_conformal(k, xy);
+        return forward ? forward_conformal(k, xy) : inverse_conformal(k, xy);
+      });
 }
 
 // Two parameter sets give the same map when their constants agree and so do
@@ -300,22 +291,8 @@ int lcc_1sp_constants(ko_constants *c, const double *sph, const double *parms) {
   return constants_with(c, sph, parms, read_1sp);
 }
 
-int lcc_forward(const double *sph, const double *parms, int n, double *coords,
-                const int32_t *ivals, const double *dvals) {
-  return run_forward(lcc_constants, sph, parms, n, coords, ivals, dvals);
-}
-int lcc_inverse(const double *sph, const double *parms, int n, double *coords,
-                const int32_t *ivals, const double *dvals) {
-  return run_inverse(lcc_constants, sph, parms, n, coords, ivals, dvals);
-}
-int lcc_1sp_forward(const double *sph, const double *parms, int n, double *coords,
-                    const int32_t *ivals, const double *dvals) {
-  return run_forward(lcc_1sp_constants, sph, parms, n, coords, ivals, dvals);
-}
-int lcc_1sp_inverse(const double *sph, const double *parms, int n, double *coords,
-                    const int32_t *ivals, const double *dvals) {
-  return run_inverse(lcc_1sp_constants, sph, parms, n, coords, ivals, dvals);
-}
+KO_PROJ_DEFINE_POINT_SLOTS(lcc, run)
+KO_PROJ_DEFINE_POINT_SLOTS(lcc_1sp, run)
 
 // Without either standard parallel the conic is the one-parallel form: its
 // standard parallel is the latitude of origin.

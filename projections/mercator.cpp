@@ -92,7 +92,7 @@ int build_auxiliary_sphere(ko_constants *c, const double *sph, const double *par
   k.lambda0 = parms[slot::kCentralMeridian];
   k.ak0 = radius * k0;
   ko_chi_conformal_constants(0.0, k.conformal);
-  return store_constants(c, k, kTagMercatorAuxSphere);
+  return store_constants(c, k, kTagMercator);
 }
 
 // ---------------------------------------------------------------------------
@@ -136,21 +136,13 @@ int inverse_authalic_points(const MercatorConstants &k, std::span<double> xy) {
   return count;
 }
 
-int forward_with(ko_proj_constfunc cf, int32_t tag, const double *sph, const double *parms, int n,
-                 double *coords, const int32_t *ivals, const double *dvals) {
+int run(ko_proj_constfunc cf, bool forward, const double *sph, const double *parms, int n,
+        double *coords, const int32_t *ivals, const double *dvals) {
   return with_constants<MercatorConstants>(
-      cf, tag, sph, parms, n, coords, ivals, dvals,
-      [](const MercatorConstants &k, std::span<double> xy) {
-        return k.authalic ? forward_authalic_points(k, xy) : forward_points(k, xy);
-      });
-}
-
-int inverse_with(ko_proj_constfunc cf, int32_t tag, const double *sph, const double *parms, int n,
-                 double *coords, const int32_t *ivals, const double *dvals) {
-  return with_constants<MercatorConstants>(
-      cf, tag, sph, parms, n, coords, ivals, dvals,
-      [](const MercatorConstants &k, std::span<double> xy) {
-        return k.authalic ? inverse_authalic_points(k, xy) : inverse_points(k, xy);
+      cf, kTagMercator, sph, parms, n, coords, ivals, dvals,
+      [forward](const MercatorConstants &k, std::span<double> xy) {
+        if (k.authalic) return forward ? forward_authalic_points(k, xy) : inverse_authalic_points(k, xy);
+        return forward ? forward_points(k, xy) : inverse_points(k, xy);
       });
 }
 
@@ -169,27 +161,17 @@ int mercator_auxs_constants(ko_constants *c, const double *sph, const double *pa
   return build_auxiliary_sphere(c, sph, parms);
 }
 
-#define KO_MERCATOR_SLOTS(name, tag)                                                        \
-  int name##_forward(const double *sph, const double *parms, int n, double *coords,         \
-                     const int32_t *ivals, const double *dvals) {                           \
-    return forward_with(name##_constants, tag, sph, parms, n, coords, ivals, dvals);        \
-  }                                                                                         \
-  int name##_inverse(const double *sph, const double *parms, int n, double *coords,         \
-                     const int32_t *ivals, const double *dvals) {                           \
-    return inverse_with(name##_constants, tag, sph, parms, n, coords, ivals, dvals);        \
-  }
-KO_MERCATOR_SLOTS(mercator, kTagMercator)
-KO_MERCATOR_SLOTS(mercator_a, kTagMercator)
-KO_MERCATOR_SLOTS(mercator_c, kTagMercator)
-KO_MERCATOR_SLOTS(mercator_auxs, kTagMercatorAuxSphere)
-#undef KO_MERCATOR_SLOTS
+KO_PROJ_DEFINE_POINT_SLOTS(mercator, run)
+KO_PROJ_DEFINE_POINT_SLOTS(mercator_a, run)
+KO_PROJ_DEFINE_POINT_SLOTS(mercator_c, run)
+KO_PROJ_DEFINE_POINT_SLOTS(mercator_auxs, run)
 
 // Two auxiliary-sphere Mercators are the same map when radius, scale,
 // central meridian, latitude treatment and false origin agree.
 int mercator_auxs_compare(const double *sph, const double *parms1, const double *parms2) {
   MercatorConstants a, b;
-  if (!compute_constants(mercator_auxs_constants, kTagMercatorAuxSphere, sph, parms1, a) ||
-      !compute_constants(mercator_auxs_constants, kTagMercatorAuxSphere, sph, parms2, b))
+  if (!compute_constants(mercator_auxs_constants, kTagMercator, sph, parms1, a) ||
+      !compute_constants(mercator_auxs_constants, kTagMercator, sph, parms2, b))
     return 0;
   const bool same = rel_eq(a.ak0, b.ak0) && angle_eq(a.lambda0, b.lambda0) &&
                     a.authalic == b.authalic &&

@@ -266,20 +266,10 @@ int polar_stereographic_c_constants(ko_constants *c, const double *sph, const do
   return polar_bc_constants(c, sph, parms, true);
 }
 
-#define KO_STEREO_SLOTS(name)                                                          \
-  int name##_forward(const double *sph, const double *parms, int n, double *coords,    \
-                     const int32_t *ivals, const double *dvals) {                      \
-    return run(name##_constants, true, sph, parms, n, coords, ivals, dvals);           \
-  }                                                                                    \
-  int name##_inverse(const double *sph, const double *parms, int n, double *coords,    \
-                     const int32_t *ivals, const double *dvals) {                      \
-    return run(name##_constants, false, sph, parms, n, coords, ivals, dvals);          \
-  }
-KO_STEREO_SLOTS(double_stereographic)
-KO_STEREO_SLOTS(stereographic)
-KO_STEREO_SLOTS(polar_stereographic_a)
-KO_STEREO_SLOTS(polar_stereographic_b)
-KO_STEREO_SLOTS(polar_stereographic_c)
-#undef KO_STEREO_SLOTS
+KO_PROJ_DEFINE_POINT_SLOTS(double_stereographic, run)
+KO_PROJ_DEFINE_POINT_SLOTS(stereographic, run)
+KO_PROJ_DEFINE_POINT_SLOTS(polar_stereographic_a, run)
+KO_PROJ_DEFINE_POINT_SLOTS(polar_stereographic_b, run)
+KO_PROJ_DEFINE_POINT_SLOTS(polar_stereographic_c, run)
 
 }  // namespace ko::proj
