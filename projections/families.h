@@ -61,4 +61,9 @@ KO_PROJ_FAMILY_SLOTS(rso_center)
 KO_PROJ_FAMILY_SLOTS(hotine_two_point_natorigin)
 KO_PROJ_FAMILY_SLOTS(hotine_two_point_center)
 
+// Krovak: 43039, with its parameter function; modified through Option = 1,
+// north-orientated through the plane orientation.
+KO_PROJ_FAMILY_SLOTS(krovak)
+int krovak_parms(ko_parameter *const *parms, double *parm_array);
+
 }  // namespace ko::proj
