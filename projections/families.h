@@ -8,7 +8,7 @@
 
 namespace ko::proj {
 
-// Lambert Conformal Conic: 43020 (either form; with parameter function),
+// Lambert Conformal Conic: 43020 (either form),
 // 43091 (one standard parallel), 43092 (two standard parallels).
 int lcc_forward(const double *sph, const double *parms, int n, double *coords,
                 const int32_t *ivals, const double *dvals);
@@ -20,7 +20,6 @@ int lcc_1sp_forward(const double *sph, const double *parms, int n, double *coord
                     const int32_t *ivals, const double *dvals);
 int lcc_1sp_inverse(const double *sph, const double *parms, int n, double *coords,
                     const int32_t *ivals, const double *dvals);
-int lcc_parms(ko_parameter *const *parms, double *parm_array);
 int lcc_compare(const double *sph, const double *parms1, const double *parms2);
 int lcc_1sp_compare(const double *sph, const double *parms1, const double *parms2);
 
@@ -61,9 +60,8 @@ KO_PROJ_FAMILY_SLOTS(rso_center)
 KO_PROJ_FAMILY_SLOTS(hotine_two_point_natorigin)
 KO_PROJ_FAMILY_SLOTS(hotine_two_point_center)
 
-// Krovak: 43039, with its parameter function; modified through Option = 1,
+// Krovak: 43039; modified through Option = 1,
 // north-orientated through the plane orientation.
 KO_PROJ_FAMILY_SLOTS(krovak)
-int krovak_parms(ko_parameter *const *parms, double *parm_array);
 
 }  // namespace ko::proj

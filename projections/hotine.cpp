@@ -23,6 +23,7 @@
 // 0 for the natural-origin forms and the centre's u for the centre forms.
 #include "projections/families.h"
 #include "projections/family.h"
+#include "projections/projlist.h"
 
 namespace ko::proj {
 namespace {
@@ -227,3 +228,25 @@ KO_PROJ_DEFINE_POINT_SLOTS(hotine_two_point_natorigin, run)
 KO_PROJ_DEFINE_POINT_SLOTS(hotine_two_point_center, run)
 
 }  // namespace ko::proj
+
+// The projection vectors.
+extern "C" {
+constinit const ko_projlist_entry ko_prj_hotine_two_point_natorigin_vector = {
+    43025, "Hotine_Oblique_Mercator_Two_Point_Natural_Origin", ko::proj::hotine_two_point_natorigin_forward, ko::proj::hotine_two_point_natorigin_inverse, ko::proj::hotine_two_point_natorigin_constants,
+    ko::validity<43025>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_hotine_two_point_center_vector = {
+    43035, "Hotine_Oblique_Mercator_Two_Point_Center", ko::proj::hotine_two_point_center_forward, ko::proj::hotine_two_point_center_inverse, ko::proj::hotine_two_point_center_constants,
+    ko::validity<43035>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_hotine_azimuth_natorigin_vector = {
+    43036, "Hotine_Oblique_Mercator_Azimuth_Natural_Origin", ko::proj::hotine_azimuth_natorigin_forward, ko::proj::hotine_azimuth_natorigin_inverse, ko::proj::hotine_azimuth_natorigin_constants,
+    ko::validity<43036>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_hotine_azimuth_center_vector = {
+    43037, "Hotine_Oblique_Mercator_Azimuth_Center", ko::proj::hotine_azimuth_center_forward, ko::proj::hotine_azimuth_center_inverse, ko::proj::hotine_azimuth_center_constants,
+    ko::validity<43037>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_rso_natorigin_vector = {
+    43053, "Rectified_Skew_Orthomorphic_Natural_Origin", ko::proj::rso_natorigin_forward, ko::proj::rso_natorigin_inverse, ko::proj::rso_natorigin_constants,
+    ko::validity<43053>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_rso_center_vector = {
+    43054, "Rectified_Skew_Orthomorphic_Center", ko::proj::rso_center_forward, ko::proj::rso_center_inverse, ko::proj::rso_center_constants,
+    ko::validity<43054>, nullptr, nullptr};
+}  // extern "C"

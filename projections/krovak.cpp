@@ -25,6 +25,7 @@
 // φc, slots 12-14 the orientation, slot 15 Option: 1 for the modified form.
 #include "projections/families.h"
 #include "projections/family.h"
+#include "projections/projlist.h"
 
 namespace ko::proj {
 namespace {
@@ -170,14 +171,11 @@ int krovak_constants(ko_constants *c, const double *sph, const double *parms) {
 }
 KO_PROJ_DEFINE_POINT_SLOTS(krovak, run)
 
-// Krovak's own defaults for what a definition leaves out: unit axis scales
-// and the pseudo standard parallel of 78°30'.
-int krovak_parms(ko_parameter *const *parms, double *parm_array) {
-  if (parms == nullptr || parm_array == nullptr) return -1;
-  if (parms[slot::kXScale] == nullptr) parm_array[slot::kXScale] = 1.0;
-  if (parms[slot::kYScale] == nullptr) parm_array[slot::kYScale] = 1.0;
-  if (parms[slot::kStdParallel1] == nullptr) parm_array[slot::kStdParallel1] = 78.5 * kDegree;
-  return 0;
-}
-
 }  // namespace ko::proj
+
+// The projection vectors.
+extern "C" {
+constinit const ko_projlist_entry ko_prj_krovak_vector = {
+    43039, "Krovak", ko::proj::krovak_forward, ko::proj::krovak_inverse, ko::proj::krovak_constants,
+    ko::validity<43039>, nullptr, ko::krovak_parms};
+}  // extern "C"

@@ -18,6 +18,7 @@
 // (e = 0) the same formulas are Snyder's spherical ones.
 #include "projections/families.h"
 #include "projections/family.h"
+#include "projections/projlist.h"
 
 namespace ko::proj {
 namespace {
@@ -294,17 +295,6 @@ int lcc_1sp_constants(ko_constants *c, const double *sph, const double *parms) {
 KO_PROJ_DEFINE_POINT_SLOTS(lcc, run)
 KO_PROJ_DEFINE_POINT_SLOTS(lcc_1sp, run)
 
-// Without either standard parallel the conic is the one-parallel form: its
-// standard parallel is the latitude of origin.
-int lcc_parms(ko_parameter *const *parms, double *parm_array) {
-  if (parms == nullptr || parm_array == nullptr) return -1;
-  if (parms[slot::kStdParallel1] == nullptr && parms[slot::kStdParallel2] == nullptr) {
-    parm_array[slot::kStdParallel1] = parm_array[slot::kLatOrigin];
-    parm_array[slot::kStdParallel2] = parm_array[slot::kLatOrigin];
-  }
-  return 0;
-}
-
 int lcc_compare(const double *sph, const double *parms1, const double *parms2) {
   return compare_with(lcc_constants, sph, parms1, parms2);
 }
@@ -313,3 +303,16 @@ int lcc_1sp_compare(const double *sph, const double *parms1, const double *parms
 }
 
 }  // namespace ko::proj
+
+// The projection vectors.
+extern "C" {
+constinit const ko_projlist_entry ko_prj_lambert_conformal_conic_vector = {
+    43020, "Lambert_Conformal_Conic", ko::proj::lcc_forward, ko::proj::lcc_inverse, ko::proj::lcc_constants,
+    ko::validity<43020>, ko::proj::lcc_compare, ko::lambert_conic_parms};
+constinit const ko_projlist_entry ko_prj_lambert_conformal_conic_1sp_vector = {
+    43091, "Lambert_Conformal_Conic_1SP", ko::proj::lcc_1sp_forward, ko::proj::lcc_1sp_inverse, ko::proj::lcc_1sp_constants,
+    ko::validity<43091>, ko::proj::lcc_1sp_compare, nullptr};
+constinit const ko_projlist_entry ko_prj_lambert_conformal_conic_2sp_vector = {
+    43092, "Lambert_Conformal_Conic_2SP", ko::proj::lcc_forward, ko::proj::lcc_inverse, ko::proj::lcc_constants,
+    ko::validity<43092>, ko::proj::lcc_compare, ko::lambert_conic_parms};
+}  // extern "C"

@@ -17,6 +17,7 @@
 // authalic radius with latitudes taken to the authalic latitude and back.
 #include "projections/families.h"
 #include "projections/family.h"
+#include "projections/projlist.h"
 
 namespace ko::proj {
 namespace {
@@ -181,3 +182,19 @@ int mercator_auxs_compare(const double *sph, const double *parms1, const double 
 }
 
 }  // namespace ko::proj
+
+// The projection vectors.
+extern "C" {
+constinit const ko_projlist_entry ko_prj_mercator_vector = {
+    43004, "Mercator", ko::proj::mercator_forward, ko::proj::mercator_inverse, ko::proj::mercator_constants,
+    ko::validity<43004>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_mercator_variant_a_vector = {
+    43069, "Mercator_Variant_A", ko::proj::mercator_a_forward, ko::proj::mercator_a_inverse, ko::proj::mercator_a_constants,
+    ko::validity<43069>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_mercator_variant_c_vector = {
+    43070, "Mercator_Variant_C", ko::proj::mercator_c_forward, ko::proj::mercator_c_inverse, ko::proj::mercator_c_constants,
+    ko::validity<43070>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_mercator_auxs_vector = {
+    43104, "Mercator_Auxiliary_Sphere", ko::proj::mercator_auxs_forward, ko::proj::mercator_auxs_inverse, ko::proj::mercator_auxs_constants,
+    ko::validity<43104>, ko::proj::mercator_auxs_compare, nullptr};
+}  // extern "C"

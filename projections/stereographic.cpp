@@ -30,6 +30,7 @@
 // no image.
 #include "projections/families.h"
 #include "projections/family.h"
+#include "projections/projlist.h"
 
 namespace ko::proj {
 namespace {
@@ -273,3 +274,22 @@ KO_PROJ_DEFINE_POINT_SLOTS(polar_stereographic_b, run)
 KO_PROJ_DEFINE_POINT_SLOTS(polar_stereographic_c, run)
 
 }  // namespace ko::proj
+
+// The projection vectors.
+extern "C" {
+constinit const ko_projlist_entry ko_prj_double_stereographic_vector = {
+    43038, "Double_Stereographic", ko::proj::double_stereographic_forward, ko::proj::double_stereographic_inverse, ko::proj::double_stereographic_constants,
+    ko::validity<43038>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_stereographic_vector = {
+    43026, "Stereographic", ko::proj::stereographic_forward, ko::proj::stereographic_inverse, ko::proj::stereographic_constants,
+    ko::validity<43026>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_polar_stereographic_variant_a_vector = {
+    43066, "Polar_Stereographic_Variant_A", ko::proj::polar_stereographic_a_forward, ko::proj::polar_stereographic_a_inverse, ko::proj::polar_stereographic_a_constants,
+    ko::validity<43066>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_polar_stereographic_variant_b_vector = {
+    43067, "Polar_Stereographic_Variant_B", ko::proj::polar_stereographic_b_forward, ko::proj::polar_stereographic_b_inverse, ko::proj::polar_stereographic_b_constants,
+    ko::validity<43067>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_polar_stereographic_variant_c_vector = {
+    43068, "Polar_Stereographic_Variant_C", ko::proj::polar_stereographic_c_forward, ko::proj::polar_stereographic_c_inverse, ko::proj::polar_stereographic_c_constants,
+    ko::validity<43068>, nullptr, nullptr};
+}  // extern "C"

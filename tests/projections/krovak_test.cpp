@@ -167,27 +167,6 @@ TEST(Krovak, ModifiedInverseUndoesTheCorrectionExactly) {
     }
 }
 
-TEST(Krovak, ParameterFunctionFillsKrovakDefaults) {
-  int token = 0;
-  auto *given = reinterpret_cast<ko_parameter *>(&token);
-  ko_parameter *none[KO_PARM_COUNT] = {};
-  double arr[KO_PARM_COUNT] = {};
-  EXPECT_EQ(ko::proj::krovak_parms(none, arr), 0);
-  EXPECT_EQ(arr[slot::kXScale], 1.0);
-  EXPECT_EQ(arr[slot::kYScale], 1.0);
-  EXPECT_EQ(arr[slot::kStdParallel1], dms(78, 30));
-  ko_parameter *all[KO_PARM_COUNT] = {};
-  all[slot::kXScale] = all[slot::kYScale] = all[slot::kStdParallel1] = given;
-  double arr2[KO_PARM_COUNT] = {};
-  arr2[slot::kXScale] = -1.0;
-  arr2[slot::kStdParallel1] = dms(60);
-  EXPECT_EQ(ko::proj::krovak_parms(all, arr2), 0);
-  EXPECT_EQ(arr2[slot::kXScale], -1.0);
-  EXPECT_EQ(arr2[slot::kYScale], 0.0);
-  EXPECT_EQ(arr2[slot::kStdParallel1], dms(60));
-  EXPECT_LT(ko::proj::krovak_parms(nullptr, arr2), 0);
-}
-
 TEST(Krovak, InvalidParametersAndPointsAreRefused) {
   Parms bad_option = krovak_parms(2.0);
   Parms bad_parallel = krovak_parms();

@@ -339,28 +339,4 @@ TEST(LambertConformalConic, CompareFindsEquivalentParameterSets) {
   EXPECT_EQ(ko::proj::lcc_compare(kClarke1866.sph(), nullptr, two.data()), 0);
 }
 
-TEST(LambertConformalConic, ParameterFunctionMakesTheOneParallelForm) {
-  // Only presence matters to the parameter function: any non-null pointer
-  // stands for a given parameter.
-  int token = 0;
-  auto *given = reinterpret_cast<ko_parameter *>(&token);
-  ko_parameter *none[KO_PARM_COUNT] = {};
-  none[slot::kLatOrigin] = given;
-  double arr[KO_PARM_COUNT] = {};
-  arr[slot::kLatOrigin] = dms(18);
-  EXPECT_EQ(ko::proj::lcc_parms(none, arr), 0);
-  EXPECT_EQ(arr[slot::kStdParallel1], dms(18));
-  EXPECT_EQ(arr[slot::kStdParallel2], dms(18));
-
-  ko_parameter *both[KO_PARM_COUNT] = {};
-  both[slot::kStdParallel1] = given;
-  double arr2[KO_PARM_COUNT] = {};
-  arr2[slot::kStdParallel1] = dms(30);
-  arr2[slot::kLatOrigin] = dms(18);
-  EXPECT_EQ(ko::proj::lcc_parms(both, arr2), 0);
-  EXPECT_EQ(arr2[slot::kStdParallel1], dms(30));
-  EXPECT_EQ(arr2[slot::kStdParallel2], 0.0);  // filled later from slot 3
-  EXPECT_LT(ko::proj::lcc_parms(nullptr, arr2), 0);
-}
-
 }  // namespace
