@@ -64,4 +64,24 @@ KO_PROJ_FAMILY_SLOTS(hotine_two_point_center)
 // north-orientated through the plane orientation.
 KO_PROJ_FAMILY_SLOTS(krovak)
 
+// Cassini-Soldner: 43028; hyperbolic form through Option = 1.
+KO_PROJ_FAMILY_SLOTS(cassini)
+
+// Lambert Azimuthal Equal Area: 43033.
+KO_PROJ_FAMILY_SLOTS(laea)
+
+// Albers: 43007, with its compare function.
+KO_PROJ_FAMILY_SLOTS(albers)
+int albers_compare(const double *sph, const double *parms1, const double *parms2);
+
+// Cylindricals: 43002 Equidistant_Cylindrical (no constants function: its
+// eqc_constants does not exist), 43061 its ellipsoidal form, 43034
+// Cylindrical_Equal_Area.
+int eqc_forward(const double *sph, const double *parms, int n, double *coords,
+                const int32_t *ivals, const double *dvals);
+int eqc_inverse(const double *sph, const double *parms, int n, double *coords,
+                const int32_t *ivals, const double *dvals);
+KO_PROJ_FAMILY_SLOTS(eqc_ellipsoidal)
+KO_PROJ_FAMILY_SLOTS(cea)
+
 }  // namespace ko::proj

@@ -183,6 +183,18 @@ int with_constants(ko_proj_constfunc constfunc, int32_t tag, const double *sph,
     return run(name##_constants, false, sph, parms, n, coords, ivals, dvals);         \
   }
 
+// Runs body(k, points) with constants computed on the stack by
+// compute(sph, parms, k), for the projections that have no constants
+// function and compute everything per call.
+template <class K, class Body>
+int with_direct_constants(bool (*compute)(const double *, const double *, K &), const double *sph,
+                          const double *parms, int n, double *coords, Body &&body) {
+  if (n < 0 || (n > 0 && coords == nullptr)) return 0;
+  K k{};
+  if (!compute(sph, parms, k)) return 0;
+  return body(k, std::span<double>(coords, static_cast<std::size_t>(n) * 2));
+}
+
 // Tags that keep one family's constants from being read by another.
 enum FamilyTag : int32_t {
   kTagLambertConic = 0x4c43,
@@ -221,6 +233,30 @@ inline double isometric_latitude(double e, double phi) {
 inline double latitude_from_isometric(const double *coef, double e2, double psi) {
   return ko_chi_to_phi_wconst(coef, e2, std::atan(std::sinh(psi)));
 }
+
+// q of the authalic latitude (Snyder 1987, 3-12):
+// q = (1 − e²) (sin φ / (1 − e² sin²φ) + atanh(e sin φ) / e), 2 sin φ on a sphere.
+inline double authalic_q(double e, double e2, double sin_phi) {
+  if (e == 0.0) return 2.0 * sin_phi;
+  return (1.0 - e2) * (sin_phi / (1.0 - e2 * sin_phi * sin_phi) + std::atanh(e * sin_phi) / e);
+}
+
+// Distance along the meridian from the equator, M = R μ, with R the
+// rectifying radius and μ the rectifying latitude (ko_phi_to_mu_wconst), and
+// the latitude of a meridian distance.
+struct MeridianArc {
+  double e2 = 0.0;
+  double radius = 0.0;  // rectifying radius
+  double coef[KO_AUX_NCOEF] = {};
+
+  void init(double a, double e2_) {
+    e2 = e2_;
+    radius = ko_rect_r(a, e2_);
+    ko_mu_rectifying_constants(e2_, coef);
+  }
+  double distance(double phi) const { return radius * ko_phi_to_mu_wconst(coef, e2, phi); }
+  double latitude(double m) const { return ko_mu_to_phi_wconst(coef, e2, m / radius); }
+};
 
 // Radius of the parallel divided by a: m = cos φ / sqrt(1 − e² sin² φ).
 inline double parallel_radius_ratio(double e2, double phi) {

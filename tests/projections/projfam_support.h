@@ -66,12 +66,13 @@ struct Family {
   ko_proj_constfunc constfunc;
 };
 
-// Cached constants for a parameter set, deleted at the end of scope.
+// Cached constants for a parameter set, deleted at the end of scope.  A
+// projection without a constants function has status 0 and null arrays.
 struct Cached {
   ko_constants *c = nullptr;
   int status = -1;
   Cached(const Family &f, const Spheroid &s, const Parms &p) : c(ko_constants_new()) {
-    status = f.constfunc(c, s.sph(), p.data());
+    status = f.constfunc != nullptr ? f.constfunc(c, s.sph(), p.data()) : 0;
   }
   ~Cached() { ko_constants_del(c); }
   Cached(const Cached &) = delete;

@@ -45,14 +45,17 @@ TEST(ProjectionFamilyVectors, EachVectorRoundTripsAPointThroughItsOwnConstants) 
       {43036, hotine, 115.8, 5.4}, {43037, hotine, 115.8, 5.4}, {43053, hotine, 115.8, 5.4},
       {43054, hotine, 115.8, 5.4}, {43025, two, -90, 45},       {43035, two, -90, 45},
       {43039, krovak, 34.5, 50.2},
+      {43028, stereo, 6, 53},      {43033, stereo, 6, 53},      {43007, conic, -96, 28.5},
+      {43002, merc, 53, 53},       {43061, merc, 53, 53},       {43034, merc, 53, 53},
   };
   for (const Row &r : rows) {
     SCOPED_TRACE(r.code);
     const ko_projlist_entry *v = ko_projlist_from_code(r.code);
     ASSERT_NE(v, nullptr);
-    ASSERT_NE(v->constfunc, nullptr);
+    // Equidistant_Cylindrical computes its constants on each call.
+    EXPECT_EQ(v->constfunc == nullptr, r.code == 43002);
     Cached cached({v->forward, v->inverse, v->constfunc}, kWgs84, r.parms);
-    ASSERT_GT(cached.status, 0);
+    ASSERT_GE(cached.status, 0);
     double xy[2] = {r.lon * kDeg, r.lat * kDeg};
     EXPECT_EQ(v->forward(kWgs84.sph(), r.parms.data(), 1, xy, cached.ivals(), cached.dvals()), 1);
     EXPECT_EQ(v->inverse(kWgs84.sph(), r.parms.data(), 1, xy, cached.ivals(), cached.dvals()), 1);
