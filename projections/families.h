@@ -74,8 +74,8 @@ KO_PROJ_FAMILY_SLOTS(laea)
 KO_PROJ_FAMILY_SLOTS(albers)
 int albers_compare(const double *sph, const double *parms1, const double *parms2);
 
-// Cylindricals: 43002 Equidistant_Cylindrical (no constants function: its
-// eqc_constants does not exist), 43061 its ellipsoidal form, 43034
+// Cylindricals: 43002 Equidistant_Cylindrical (computed per call, without a
+// constants function), 43061 its ellipsoidal form, 43034
 // Cylindrical_Equal_Area.
 int eqc_forward(const double *sph, const double *parms, int n, double *coords,
                 const int32_t *ivals, const double *dvals);
@@ -83,5 +83,9 @@ int eqc_inverse(const double *sph, const double *parms, int n, double *coords,
                 const int32_t *ivals, const double *dvals);
 KO_PROJ_FAMILY_SLOTS(eqc_ellipsoidal)
 KO_PROJ_FAMILY_SLOTS(cea)
+
+// Azimuthal Equidistant: 43032; exact through geodesics, or the modified
+// form of the Guam grids through Option = 1.
+KO_PROJ_FAMILY_SLOTS(aeqd)
 
 }  // namespace ko::proj

@@ -33,7 +33,6 @@ KO_PENDING_VECTOR(equidistant_conic, 43027, "Equidistant_Conic", ko::conic_compa
 KO_PENDING_VECTOR(van_der_grinten_i, 43029, "Van_der_Grinten_I", nullptr, nullptr)
 KO_PENDING_VECTOR(robinson, 43030, "Robinson", nullptr, nullptr)
 KO_PENDING_VECTOR(two_point_equidistant, 43031, "Two_Point_Equidistant", nullptr, nullptr)
-KO_PENDING_VECTOR(azimuthal_equidistant, 43032, "Azimuthal_Equidistant", nullptr, nullptr)
 KO_PENDING_VECTOR(new_zealand_map_grid, 43040, "New_Zealand_Map_Grid", nullptr, nullptr)
 KO_PENDING_VECTOR(orthographic, 43041, "Orthographic", nullptr, nullptr)
 KO_PENDING_VECTOR(winkel_tripel, 43042, "Winkel_Tripel", nullptr, nullptr)

@@ -47,6 +47,7 @@ TEST(ProjectionFamilyVectors, EachVectorRoundTripsAPointThroughItsOwnConstants) 
       {43039, krovak, 34.5, 50.2},
       {43028, stereo, 6, 53},      {43033, stereo, 6, 53},      {43007, conic, -96, 28.5},
       {43002, merc, 53, 53},       {43061, merc, 53, 53},       {43034, merc, 53, 53},
+      {43032, stereo, 6, 53},
   };
   for (const Row &r : rows) {
     SCOPED_TRACE(r.code);
