@@ -1,4 +1,4 @@
-// Azimuthal Equidistant (43032) on the ellipsoid, in two forms chosen by
+// Azimuthal Equidistant (43032) on the ellipsoid, in three forms chosen by
 // Option (slot 15):
 //  0  the exact form: a point's coordinates are the length s and azimuth α
 //     of the shortest geodesic from the centre, x = s sin α, y = s cos α;
@@ -7,7 +7,10 @@
 //     Karney 2013, projections/geodesic.cpp).  On a sphere this is the
 //     spherical azimuthal equidistant exactly.
 //  1  the modified form of IOGP guidance note 7-2, method 9832 (Guam 1963,
-//     Yap), a series for distances of a few hundred kilometres.
+//     Yap), a series for distances of a few hundred kilometres;
+//  2  the Guam projection, method 9831, its simpler form for Guam itself:
+//     x = ν cos φ Δλ,  y = M(φ) − M(φ0) + x² tan φ sqrt(1 − e² sin²φ) / (2a),
+//     whose inverse iterates the northing equation for the latitude.
 // Parameters: slot 2 λ0, slot 6 φ0, slots 12-14 the orientation.  The
 // antipode of the centre (a circle, not a point) has no image; an inverse
 // distance beyond half the equator is refused.
@@ -19,12 +22,17 @@
 namespace ko::proj {
 namespace {
 
+enum class Form : int { kExact = 0, kModified = 1, kGuam = 2 };
+
 struct AeqdConstants {
-  int modified;
+  int form;
   double a, e, e2;
   double lambda0, phi0;
   // Modified form (method 9832).
   double nu0, sin_phi0, cos_phi0, G;
+  // Guam projection (method 9831).
+  double m0;
+  MeridianArc arc;
   PlaneOrientation plane;
   Geodesic geodesic;
 };
@@ -35,9 +43,9 @@ int aeqd_constants_impl(ko_constants *c, const double *sph, const double *parms)
       !finite_slots(parms, {slot::kCentralMeridian, slot::kLatOrigin, slot::kOption}))
     return -1;
   const double phi0 = parms[slot::kLatOrigin], option = parms[slot::kOption];
-  if (!(std::fabs(phi0) <= kHalfPi) || (option != 0.0 && option != 1.0)) return -1;
+  if (!(std::fabs(phi0) <= kHalfPi) || (option != 0.0 && option != 1.0 && option != 2.0)) return -1;
   AeqdConstants k{};
-  k.modified = option == 1.0 ? 1 : 0;
+  k.form = static_cast<int>(option);
   k.a = g.a;
   k.e = g.e;
   k.e2 = g.e2;
@@ -47,6 +55,8 @@ int aeqd_constants_impl(ko_constants *c, const double *sph, const double *parms)
   k.cos_phi0 = std::cos(phi0);
   k.nu0 = prime_vertical_radius(g.a, g.e2, phi0);
   k.G = g.e * k.sin_phi0 / std::sqrt(1.0 - g.e2);
+  k.arc.init(g.a, g.e2);
+  k.m0 = k.arc.distance(phi0);
   if (!k.geodesic.init(g.a, g.e2) || !plane_orientation_from_parms(parms, k.plane)) return -1;
   return store_constants(c, k, kTagAzimuthalEquidistant);
 }
@@ -138,12 +148,52 @@ int inverse_modified(const AeqdConstants &k, std::span<double> xy) {
   return count;
 }
 
+// ---------------------------------------------------------------------------
+// Guam projection (IOGP 7-2, method 9831).
+
+int forward_guam(const AeqdConstants &k, std::span<double> xy) {
+  int count = 0;
+  for (std::size_t i = 0; i < xy.size(); i += 2) {
+    const double phi = xy[i + 1];
+    const double s = std::sin(phi);
+    const double w = std::sqrt(1.0 - k.e2 * s * s);
+    double x = k.a * ko_delta(xy[i] - k.lambda0) * std::cos(phi) / w;
+    double y = k.arc.distance(phi) - k.m0 + x * x * std::tan(phi) * w / (2.0 * k.a);
+    k.plane.to_grid(x, y);
+    count += store_point(&xy[i], x, y, std::fabs(phi) < kHalfPi);
+  }
+  return count;
+}
+
+// The guidance note iterates the northing equation three times; iterating
+// to convergence makes the inverse undo the forward exactly.
+int inverse_guam(const AeqdConstants &k, std::span<double> xy) {
+  int count = 0;
+  for (std::size_t i = 0; i < xy.size(); i += 2) {
+    double x = xy[i], y = xy[i + 1];
+    k.plane.from_grid(x, y);
+    double phi = k.phi0;
+    for (int it = 0; it < 8; ++it) {
+      const double s = std::sin(phi);
+      phi = k.arc.latitude(k.m0 + y - x * x * std::tan(phi) * std::sqrt(1.0 - k.e2 * s * s) / (2.0 * k.a));
+    }
+    const double s = std::sin(phi);
+    const double dlam = x * std::sqrt(1.0 - k.e2 * s * s) / (k.a * std::cos(phi));
+    count += store_point(&xy[i], ko_delta(k.lambda0 + dlam), phi, std::fabs(phi) < kHalfPi);
+  }
+  return count;
+}
+
 int run(ko_proj_constfunc cf, bool forward, const double *sph, const double *parms, int n,
         double *coords, const int32_t *ivals, const double *dvals) {
   return with_constants<AeqdConstants>(
       cf, kTagAzimuthalEquidistant, sph, parms, n, coords, ivals, dvals,
       [forward](const AeqdConstants &k, std::span<double> xy) {
-        if (k.modified) return forward ? forward_modified(k, xy) : inverse_modified(k, xy);
+        switch (static_cast<Form>(k.form)) {
+          case Form::kModified: return forward ? forward_modified(k, xy) : inverse_modified(k, xy);
+          case Form::kGuam: return forward ? forward_guam(k, xy) : inverse_guam(k, xy);
+          case Form::kExact: break;
+        }
         return forward ? forward_exact(k, xy) : inverse_exact(k, xy);
       });
 }

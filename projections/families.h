@@ -88,4 +88,20 @@ KO_PROJ_FAMILY_SLOTS(cea)
 // form of the Guam grids through Option = 1.
 KO_PROJ_FAMILY_SLOTS(aeqd)
 
+// Polyconic (43021), Bonne (43024), Equal Earth (43085), Orthographic
+// (43041), Laborde (43063), IGAC plano cartesiano (43064).
+KO_PROJ_FAMILY_SLOTS(polyconic)
+KO_PROJ_FAMILY_SLOTS(bonne)
+KO_PROJ_FAMILY_SLOTS(equal_earth)
+KO_PROJ_FAMILY_SLOTS(orthographic)
+KO_PROJ_FAMILY_SLOTS(laborde)
+KO_PROJ_FAMILY_SLOTS(igac)
+
+// New Zealand Map Grid (43040): computed per call, without a constants
+// function.
+int nzmg_forward(const double *sph, const double *parms, int n, double *coords,
+                 const int32_t *ivals, const double *dvals);
+int nzmg_inverse(const double *sph, const double *parms, int n, double *coords,
+                 const int32_t *ivals, const double *dvals);
+
 }  // namespace ko::proj

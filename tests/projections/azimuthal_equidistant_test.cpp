@@ -38,6 +38,20 @@ TEST(AzimuthalEquidistant, GuidanceNoteExampleOfTheModifiedForm) {
   EXPECT_NEAR(b.y / kDeg * 3600, dms(9, 35, 47.493) / kDeg * 3600, 0.0005);
 }
 
+TEST(AzimuthalEquidistant, GuidanceNoteExampleOfTheGuamProjection) {
+  // Guam 1963 / Guam SPCS (method 9831): 13°20'20.53846"N 144°38'07.19265"E
+  // is E 37712.48, N 35242.00 (false origin 50000, 50000).
+  const Parms p{{slot::kLatOrigin, dms(13, 28, 20.87887)},
+                {slot::kCentralMeridian, dms(144, 44, 55.50254)},
+                {slot::kOption, 2.0}};
+  const XY f = forward1(kAeqd, kClarke1866, p, dms(144, 38, 7.19265), dms(13, 20, 20.53846));
+  EXPECT_NEAR(f.x + 50000.0, 37712.48, 0.005 + 1e-9);
+  EXPECT_NEAR(f.y + 50000.0, 35242.00, 0.005 + 1e-9);
+  const XY b = inverse1(kAeqd, kClarke1866, p, 37712.48 - 50000.0, 35242.00 - 50000.0);
+  EXPECT_NEAR(b.x / kDeg * 3600, dms(144, 38, 7.19265) / kDeg * 3600, 0.0005);
+  EXPECT_NEAR(b.y / kDeg * 3600, dms(13, 20, 20.53846) / kDeg * 3600, 0.0005);
+}
+
 #ifdef KO_HAVE_GEOGRAPHICLIB
 // Distances within 2e-8 m (1e-15 relative), azimuths within 1e-10 degree of
 // GeographicLib, for
@@ -128,6 +142,14 @@ TEST(AzimuthalEquidistant, AgreesWithProj) {
   ProjOracle sphere("+proj=aeqd +lat_0=40 +lon_0=-100 +R=6371000");
   check_against(kAeqd, Spheroid{{6371000.0, 0.0}}, sphere_p, sphere, grid(-170, -30, -30, 85, 11, 9),
                 1e-3, 1e-9);
+  // PROJ's +guam is method 9831: within 1 mm over Guam, inverse 1e-9°.
+  const Parms guam{{slot::kLatOrigin, dms(13, 28, 20.87887)},
+                   {slot::kCentralMeridian, dms(144, 44, 55.50254)},
+                   {slot::kOption, 2.0}};
+  ProjOracle guam_proj("+proj=aeqd +guam +lat_0=" + num(13 + 28 / 60.0 + 20.87887 / 3600) +
+                       " +lon_0=" + num(144 + 44 / 60.0 + 55.50254 / 3600) + " +ellps=clrk66");
+  ASSERT_TRUE(guam_proj.ok());
+  check_against(kAeqd, kClarke1866, guam, guam_proj, grid(144.55, 13.2, 145.0, 13.7, 7, 7), 1e-3, 1e-9);
 }
 #endif
 
@@ -165,7 +187,7 @@ TEST(AzimuthalEquidistant, AntipodeAndFarPointsAreRefused) {
   EXPECT_NEAR(pole.x, 0.0, 1e-9);
   EXPECT_GT(pole.y, 6.6e6);
   Parms bad = p;
-  bad[slot::kOption] = 2.0;
+  bad[slot::kOption] = 3.0;
   Cached cached(kAeqd, kWgs84, bad);
   EXPECT_LT(cached.status, 0);
 }
