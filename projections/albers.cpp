@@ -87,14 +87,7 @@ int inverse_points(const AlbersConstants &k, std::span<double> xy) {
   return count;
 }
 
-int run(ko_proj_constfunc cf, bool forward, const double *sph, const double *parms, int n,
-        double *coords, const int32_t *ivals, const double *dvals) {
-  return with_constants<AlbersConstants>(
-      cf, kTagAlbers, sph, parms, n, coords, ivals, dvals,
-      [forward](const AlbersConstants &k, std::span<double> xy) {
-        return forward ? forward_points(k, xy) : inverse_points(k, xy);
-      });
-}
+constexpr auto run = run_kernels<AlbersConstants, kTagAlbers, forward_points, inverse_points>;
 
 }  // namespace
 
@@ -107,16 +100,12 @@ KO_PROJ_DEFINE_POINT_SLOTS(albers, run)
 // origin, the meridian, the false origin and the orientation agree (the
 // standard parallels may come in either order).
 int albers_compare(const double *sph, const double *parms1, const double *parms2) {
-  AlbersConstants a, b;
-  if (!compute_constants(albers_constants, kTagAlbers, sph, parms1, a) ||
-      !compute_constants(albers_constants, kTagAlbers, sph, parms2, b))
-    return 0;
-  const bool same = rel_eq(a.n, b.n) && rel_eq(a.C, b.C) && rel_eq(a.rho0, b.rho0) &&
-                    angle_eq(a.lambda0, b.lambda0) &&
-                    rel_eq(parms1[slot::kFalseEasting], parms2[slot::kFalseEasting]) &&
-                    rel_eq(parms1[slot::kFalseNorthing], parms2[slot::kFalseNorthing]) &&
-                    plane_eq(a.plane, b.plane);
-  return same ? 1 : 0;
+  return compare_maps<AlbersConstants>(
+      albers_constants, kTagAlbers, sph, parms1, parms2,
+      [](const AlbersConstants &a, const AlbersConstants &b) {
+        return rel_eq(a.n, b.n) && rel_eq(a.C, b.C) && rel_eq(a.rho0, b.rho0) &&
+               angle_eq(a.lambda0, b.lambda0) && plane_eq(a.plane, b.plane);
+      });
 }
 
 }  // namespace ko::proj

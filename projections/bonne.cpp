@@ -91,14 +91,7 @@ int inverse_points(const BonneConstants &k, std::span<double> xy) {
   return count;
 }
 
-int run(ko_proj_constfunc cf, bool forward, const double *sph, const double *parms, int n,
-        double *coords, const int32_t *ivals, const double *dvals) {
-  return with_constants<BonneConstants>(
-      cf, kTagBonne, sph, parms, n, coords, ivals, dvals,
-      [forward](const BonneConstants &k, std::span<double> xy) {
-        return forward ? forward_points(k, xy) : inverse_points(k, xy);
-      });
-}
+constexpr auto run = run_kernels<BonneConstants, kTagBonne, forward_points, inverse_points>;
 
 }  // namespace
 

@@ -82,14 +82,7 @@ int inverse_points(const EqualEarthConstants &k, std::span<double> xy) {
   return count;
 }
 
-int run(ko_proj_constfunc cf, bool forward, const double *sph, const double *parms, int n,
-        double *coords, const int32_t *ivals, const double *dvals) {
-  return with_constants<EqualEarthConstants>(
-      cf, kTagEqualEarth, sph, parms, n, coords, ivals, dvals,
-      [forward](const EqualEarthConstants &k, std::span<double> xy) {
-        return forward ? forward_points(k, xy) : inverse_points(k, xy);
-      });
-}
+constexpr auto run = run_kernels<EqualEarthConstants, kTagEqualEarth, forward_points, inverse_points>;
 
 }  // namespace
 

@@ -154,6 +154,17 @@ bool compute_constants(ko_proj_constfunc constfunc, int32_t tag, const double *s
   return built;
 }
 
+// A compare function's work: 1 when both parameter sets give constants and
+// same(a, b) finds them the same map, with the same false origin.
+template <class K, class Same>
+int compare_maps(ko_proj_constfunc constfunc, int32_t tag, const double *sph, const double *p1,
+                 const double *p2, Same &&same) {
+  K a, b;
+  if (!compute_constants(constfunc, tag, sph, p1, a) || !compute_constants(constfunc, tag, sph, p2, b))
+    return 0;
+  return same(a, b) && rel_eq(p1[0], p2[0]) && rel_eq(p1[1], p2[1]) ? 1 : 0;
+}
+
 // Runs body(k, points) with the family's constants: the cached ones when
 // dvals is given, else a temporary record built by constfunc and deleted
 // before returning.  Returns body's count, or 0 when there are no usable
@@ -168,6 +179,19 @@ int with_constants(ko_proj_constfunc constfunc, int32_t tag, const double *sph,
                                      : load_constants(ivals, dvals, tag, k);
   if (!have) return 0;
   return body(k, std::span<double>(coords, static_cast<std::size_t>(n) * 2));
+}
+
+// The driver of a family with one forward and one inverse kernel: runs the
+// kernel of the direction asked with the family's constants (cached, or
+// built by cf for this call).
+template <class K, int32_t Tag, int (*Forward)(const K &, std::span<double>),
+          int (*Inverse)(const K &, std::span<double>)>
+int run_kernels(ko_proj_constfunc cf, bool forward, const double *sph, const double *parms, int n,
+                double *coords, const int32_t *ivals, const double *dvals) {
+  return with_constants<K>(cf, Tag, sph, parms, n, coords, ivals, dvals,
+                           [forward](const K &k, std::span<double> xy) {
+                             return forward ? Forward(k, xy) : Inverse(k, xy);
+                           });
 }
 
 // Defines name_forward and name_inverse, the projection's two point slots,

@@ -84,14 +84,7 @@ int inverse_points(const UrbanConstants &k, std::span<double> xy) {
   return count;
 }
 
-int run(ko_proj_constfunc cf, bool forward, const double *sph, const double *parms, int n,
-        double *coords, const int32_t *ivals, const double *dvals) {
-  return with_constants<UrbanConstants>(
-      cf, kTagColombiaUrban, sph, parms, n, coords, ivals, dvals,
-      [forward](const UrbanConstants &k, std::span<double> xy) {
-        return forward ? forward_points(k, xy) : inverse_points(k, xy);
-      });
-}
+constexpr auto run = run_kernels<UrbanConstants, kTagColombiaUrban, forward_points, inverse_points>;
 
 }  // namespace
 

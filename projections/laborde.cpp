@@ -103,14 +103,7 @@ int inverse_points(const LabordeConstants &k, std::span<double> xy) {
   return count;
 }
 
-int run(ko_proj_constfunc cf, bool forward, const double *sph, const double *parms, int n,
-        double *coords, const int32_t *ivals, const double *dvals) {
-  return with_constants<LabordeConstants>(
-      cf, kTagLaborde, sph, parms, n, coords, ivals, dvals,
-      [forward](const LabordeConstants &k, std::span<double> xy) {
-        return forward ? forward_points(k, xy) : inverse_points(k, xy);
-      });
-}
+constexpr auto run = run_kernels<LabordeConstants, kTagLaborde, forward_points, inverse_points>;
 
 }  // namespace
 

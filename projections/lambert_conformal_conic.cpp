@@ -270,17 +270,13 @@ int run(ko_proj_constfunc cf, bool forward, const double *sph, const double *par
 // Two parameter sets give the same map when their constants agree and so do
 // their false origins.
 int compare_with(ko_proj_constfunc cf, const double *sph, const double *p1, const double *p2) {
-  LccConstants a, b;
-  if (!compute_constants(cf, kTagLambertConic, sph, p1, a) ||
-      !compute_constants(cf, kTagLambertConic, sph, p2, b))
-    return 0;
-  const bool same = a.variant == b.variant && rel_eq(a.n, b.n) && rel_eq(a.aF, b.aF) &&
-                    rel_eq(a.rho0, b.rho0) && angle_eq(a.lambda0, b.lambda0) &&
-                    rel_eq(a.k0, b.k0) && rel_eq(a.s0, b.s0) &&
-                    rel_eq(p1[slot::kFalseEasting], p2[slot::kFalseEasting]) &&
-                    rel_eq(p1[slot::kFalseNorthing], p2[slot::kFalseNorthing]) &&
-                    plane_eq(a.plane, b.plane);
-  return same ? 1 : 0;
+  return compare_maps<LccConstants>(cf, kTagLambertConic, sph, p1, p2,
+                                    [](const LccConstants &a, const LccConstants &b) {
+                                      return a.variant == b.variant && rel_eq(a.n, b.n) &&
+                                             rel_eq(a.aF, b.aF) && rel_eq(a.rho0, b.rho0) &&
+                                             angle_eq(a.lambda0, b.lambda0) && rel_eq(a.k0, b.k0) &&
+                                             rel_eq(a.s0, b.s0) && plane_eq(a.plane, b.plane);
+                                    });
 }
 
 }  // namespace

@@ -170,15 +170,11 @@ KO_PROJ_DEFINE_POINT_SLOTS(mercator_auxs, run)
 // Two auxiliary-sphere Mercators are the same map when radius, scale,
 // central meridian, latitude treatment and false origin agree.
 int mercator_auxs_compare(const double *sph, const double *parms1, const double *parms2) {
-  MercatorConstants a, b;
-  if (!compute_constants(mercator_auxs_constants, kTagMercator, sph, parms1, a) ||
-      !compute_constants(mercator_auxs_constants, kTagMercator, sph, parms2, b))
-    return 0;
-  const bool same = rel_eq(a.ak0, b.ak0) && angle_eq(a.lambda0, b.lambda0) &&
-                    a.authalic == b.authalic &&
-                    rel_eq(parms1[slot::kFalseEasting], parms2[slot::kFalseEasting]) &&
-                    rel_eq(parms1[slot::kFalseNorthing], parms2[slot::kFalseNorthing]);
-  return same ? 1 : 0;
+  return compare_maps<MercatorConstants>(
+      mercator_auxs_constants, kTagMercator, sph, parms1, parms2,
+      [](const MercatorConstants &a, const MercatorConstants &b) {
+        return rel_eq(a.ak0, b.ak0) && angle_eq(a.lambda0, b.lambda0) && a.authalic == b.authalic;
+      });
 }
 
 }  // namespace ko::proj

@@ -98,14 +98,7 @@ int inverse_points(const OrthoConstants &k, std::span<double> xy) {
   return count;
 }
 
-int run(ko_proj_constfunc cf, bool forward, const double *sph, const double *parms, int n,
-        double *coords, const int32_t *ivals, const double *dvals) {
-  return with_constants<OrthoConstants>(
-      cf, kTagOrthographic, sph, parms, n, coords, ivals, dvals,
-      [forward](const OrthoConstants &k, std::span<double> xy) {
-        return forward ? forward_points(k, xy) : inverse_points(k, xy);
-      });
-}
+constexpr auto run = run_kernels<OrthoConstants, kTagOrthographic, forward_points, inverse_points>;
 
 }  // namespace
 

@@ -22,35 +22,22 @@ const Parms kConus{{slot::kStdParallel1, dms(29.5)}, {slot::kStdParallel2, dms(4
 #ifdef KO_HAVE_PROJ
 // Forward within 1 mm of PROJ, inverse within 1e-9 degree.
 TEST(Albers, AgreesWithProj) {
-  struct Case {
-    const char *name;
-    Spheroid spheroid;
-    Parms parms;
-    std::string proj;
-    double west, south, east, north;
-  } cases[] = {
-      {"CONUS (EPSG:5070)", kGrs80, kConus,
+  check_proj_cases({
+      {"CONUS (EPSG:5070)", &kAlbers, kGrs80, kConus,
        "+proj=aea +lat_1=29.5 +lat_2=45.5 +lat_0=23 +lon_0=-96 +ellps=GRS80", -125.0, 24.0, -66.0,
        50.0},
-      {"Australia, southern cone", kGrs80,
+      {"Australia, southern cone", &kAlbers, kGrs80,
        Parms{{slot::kStdParallel1, dms(-18)}, {slot::kStdParallel2, dms(-36)},
              {slot::kLatOrigin, 0.0}, {slot::kCentralMeridian, dms(132)}},
        "+proj=aea +lat_1=-18 +lat_2=-36 +lat_0=0 +lon_0=132 +ellps=GRS80", 112.0, -44.0, 154.0, -9.0},
-      {"one standard parallel", kWgs84,
+      {"one standard parallel", &kAlbers, kWgs84,
        Parms{{slot::kStdParallel1, dms(60)}, {slot::kStdParallel2, dms(60)},
              {slot::kLatOrigin, dms(50)}, {slot::kCentralMeridian, dms(100)}},
        "+proj=aea +lat_1=60 +lat_2=60 +lat_0=50 +lon_0=100 +ellps=WGS84", 60.0, 40.0, 140.0, 85.0},
-      {"sphere", Spheroid{{6371000.0, 0.0}}, kConus,
+      {"sphere", &kAlbers, Spheroid{{6371000.0, 0.0}}, kConus,
        "+proj=aea +lat_1=29.5 +lat_2=45.5 +lat_0=23 +lon_0=-96 +R=6371000", -125.0, 24.0, -66.0,
        50.0},
-  };
-  for (const auto &c : cases) {
-    SCOPED_TRACE(c.name);
-    ProjOracle oracle(c.proj);
-    ASSERT_TRUE(oracle.ok()) << c.proj;
-    check_against(kAlbers, c.spheroid, c.parms, oracle, grid(c.west, c.south, c.east, c.north, 9, 9),
-                  1e-3, 1e-9);
-  }
+  }, 9, 9);
 }
 #endif
 

@@ -24,32 +24,22 @@ namespace slot = ko::proj::slot;
 
 const Family kAeqd{ko::proj::aeqd_forward, ko::proj::aeqd_inverse, ko::proj::aeqd_constants};
 
-TEST(AzimuthalEquidistant, GuidanceNoteExampleOfTheModifiedForm) {
-  // Guam 1963 / Yap Islands: 9°35'47.493"N 138°11'34.908"E is
-  // E 42665.90, N 65509.82 (false origin 40000, 60000).
-  const Parms p{{slot::kLatOrigin, dms(9, 32, 48.15)},
-                {slot::kCentralMeridian, dms(138, 10, 7.48)},
-                {slot::kOption, 1.0}};
-  const XY f = forward1(kAeqd, kClarke1866, p, dms(138, 11, 34.908), dms(9, 35, 47.493));
-  EXPECT_NEAR(f.x + 40000.0, 42665.90, 0.005 + 1e-9);
-  EXPECT_NEAR(f.y + 60000.0, 65509.82, 0.005 + 1e-9);
-  const XY b = inverse1(kAeqd, kClarke1866, p, 2665.90, 5509.82);
-  EXPECT_NEAR(b.x / kDeg * 3600, dms(138, 11, 34.908) / kDeg * 3600, 0.0005);
-  EXPECT_NEAR(b.y / kDeg * 3600, dms(9, 35, 47.493) / kDeg * 3600, 0.0005);
-}
-
-TEST(AzimuthalEquidistant, GuidanceNoteExampleOfTheGuamProjection) {
-  // Guam 1963 / Guam SPCS (method 9831): 13°20'20.53846"N 144°38'07.19265"E
-  // is E 37712.48, N 35242.00 (false origin 50000, 50000).
-  const Parms p{{slot::kLatOrigin, dms(13, 28, 20.87887)},
-                {slot::kCentralMeridian, dms(144, 44, 55.50254)},
-                {slot::kOption, 2.0}};
-  const XY f = forward1(kAeqd, kClarke1866, p, dms(144, 38, 7.19265), dms(13, 20, 20.53846));
-  EXPECT_NEAR(f.x + 50000.0, 37712.48, 0.005 + 1e-9);
-  EXPECT_NEAR(f.y + 50000.0, 35242.00, 0.005 + 1e-9);
-  const XY b = inverse1(kAeqd, kClarke1866, p, 37712.48 - 50000.0, 35242.00 - 50000.0);
-  EXPECT_NEAR(b.x / kDeg * 3600, dms(144, 38, 7.19265) / kDeg * 3600, 0.0005);
-  EXPECT_NEAR(b.y / kDeg * 3600, dms(13, 20, 20.53846) / kDeg * 3600, 0.0005);
+// The examples of the two local forms: Guam 1963 / Yap Islands (method
+// 9832, Option 1) and Guam 1963 / Guam SPCS (method 9831, Option 2),
+// printed to 0.01 m and 0.001".
+TEST(AzimuthalEquidistant, GuidanceNoteExamplesOfTheGuamForms) {
+  check_guidance_example({"Yap Islands (9832)", &kAeqd, kClarke1866,
+                          Parms{{slot::kLatOrigin, dms(9, 32, 48.15)},
+                                {slot::kCentralMeridian, dms(138, 10, 7.48)},
+                                {slot::kOption, 1.0}},
+                          1.0, 40000.0, 60000.0, dms(138, 11, 34.908), dms(9, 35, 47.493),
+                          42665.90, 65509.82});
+  check_guidance_example({"Guam SPCS (9831)", &kAeqd, kClarke1866,
+                          Parms{{slot::kLatOrigin, dms(13, 28, 20.87887)},
+                                {slot::kCentralMeridian, dms(144, 44, 55.50254)},
+                                {slot::kOption, 2.0}},
+                          1.0, 50000.0, 50000.0, dms(144, 38, 7.19265), dms(13, 20, 20.53846),
+                          37712.48, 35242.00});
 }
 
 #ifdef KO_HAVE_GEOGRAPHICLIB

@@ -18,34 +18,25 @@ const Family kBonne{ko::proj::bonne_forward, ko::proj::bonne_inverse, ko::proj::
 #ifdef KO_HAVE_PROJ
 // Forward within 1 mm of PROJ, inverse within 1e-9 degree.
 TEST(Bonne, AgreesWithProj) {
-  struct Case {
-    const char *name;
-    Spheroid spheroid;
-    Parms parms;
-    const char *proj;
-  } cases[] = {
-      {"Portugal-like, 39.5°N", kIntl1924,
+  check_proj_cases({
+      {"Portugal-like, 39.5°N", &kBonne, kIntl1924,
        Parms{{slot::kCentralMeridian, dms(-8)}, {slot::kStdParallel1, dms(39.5)}},
-       "+proj=bonne +lat_1=39.5 +lon_0=-8 +ellps=intl"},
-      {"southern parallel", kWgs84,
+       "+proj=bonne +lat_1=39.5 +lon_0=-8 +ellps=intl",
+       -8 - 150, -85, -8 + 150, 85},
+      {"southern parallel", &kBonne, kWgs84,
        Parms{{slot::kCentralMeridian, dms(25)}, {slot::kStdParallel1, dms(-30)}},
-       "+proj=bonne +lat_1=-30 +lon_0=25 +ellps=WGS84"},
-      {"south-orientated (9828)", kWgs84,
+       "+proj=bonne +lat_1=-30 +lon_0=25 +ellps=WGS84",
+       25 - 150, -85, 25 + 150, 85},
+      {"south-orientated (9828)", &kBonne, kWgs84,
        Parms{{slot::kCentralMeridian, dms(25)}, {slot::kStdParallel1, dms(-30)},
              {slot::kXScale, -1.0}, {slot::kYScale, -1.0}},
-       "+proj=bonne +lat_1=-30 +lon_0=25 +ellps=WGS84 +axis=wsu"},
-      {"sphere", Spheroid{{6371000.0, 0.0}},
+       "+proj=bonne +lat_1=-30 +lon_0=25 +ellps=WGS84 +axis=wsu",
+       25 - 150, -85, 25 + 150, 85},
+      {"sphere", &kBonne, Spheroid{{6371000.0, 0.0}},
        Parms{{slot::kCentralMeridian, 0.0}, {slot::kStdParallel1, dms(45)}},
-       "+proj=bonne +lat_1=45 +R=6371000"},
-  };
-  for (const auto &c : cases) {
-    SCOPED_TRACE(c.name);
-    ProjOracle oracle(c.proj);
-    ASSERT_TRUE(oracle.ok());
-    const double lon0 = c.parms.v[slot::kCentralMeridian] / kDeg;
-    check_against(kBonne, c.spheroid, c.parms, oracle, grid(lon0 - 150, -85, lon0 + 150, 85, 11, 11),
-                  1e-3, 1e-9);
-  }
+       "+proj=bonne +lat_1=45 +R=6371000",
+       0.0 - 150, -85, 0.0 + 150, 85},
+  }, 11, 11);
 }
 
 // With the standard parallel on the equator Bonne is the sinusoidal.

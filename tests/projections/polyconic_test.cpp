@@ -19,30 +19,20 @@ const Family kPoly{ko::proj::polyconic_forward, ko::proj::polyconic_inverse,
 // Forward within 1 mm of PROJ, inverse within 1e-9 degree, over 60° of
 // longitude including the equator.
 TEST(Polyconic, AgreesWithProj) {
-  struct Case {
-    const char *name;
-    Spheroid spheroid;
-    Parms parms;
-    const char *proj;
-  } cases[] = {
-      {"Brazil, across the equator", kGrs80,
+  check_proj_cases({
+      {"Brazil, across the equator", &kPoly, kGrs80,
        Parms{{slot::kCentralMeridian, dms(-54)}, {slot::kLatOrigin, 0.0}},
-       "+proj=poly +lat_0=0 +lon_0=-54 +ellps=GRS80"},
-      {"north, origin at 30°", kClarke1866,
+       "+proj=poly +lat_0=0 +lon_0=-54 +ellps=GRS80",
+       -54 - 30, -60, -54 + 30, 70},
+      {"north, origin at 30°", &kPoly, kClarke1866,
        Parms{{slot::kCentralMeridian, dms(-96)}, {slot::kLatOrigin, dms(30)}},
-       "+proj=poly +lat_0=30 +lon_0=-96 +a=6378206.4 +b=6356583.8"},
-      {"sphere", Spheroid{{6371000.0, 0.0}},
+       "+proj=poly +lat_0=30 +lon_0=-96 +a=6378206.4 +b=6356583.8",
+       -96 - 30, -60, -96 + 30, 70},
+      {"sphere", &kPoly, Spheroid{{6371000.0, 0.0}},
        Parms{{slot::kCentralMeridian, dms(20)}, {slot::kLatOrigin, dms(-20)}},
-       "+proj=poly +lat_0=-20 +lon_0=20 +R=6371000"},
-  };
-  for (const auto &c : cases) {
-    SCOPED_TRACE(c.name);
-    ProjOracle oracle(c.proj);
-    ASSERT_TRUE(oracle.ok());
-    const double lon0 = c.parms.v[slot::kCentralMeridian] / kDeg;
-    check_against(kPoly, c.spheroid, c.parms, oracle, grid(lon0 - 30, -60, lon0 + 30, 70, 9, 14),
-                  1e-3, 1e-9);
-  }
+       "+proj=poly +lat_0=-20 +lon_0=20 +R=6371000",
+       20 - 30, -60, 20 + 30, 70},
+  }, 9, 14);
 }
 #endif
 

@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstdio>
 #include <initializer_list>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -201,5 +202,78 @@ void check_against(const Family &f, const Spheroid &s, const Parms &p, const Ora
   std::printf("[ measured ] forward %.3g m, inverse %.3g deg over %d points\n", worst_m,
               worst_deg, npts);
 }
+
+// A worked example of IOGP guidance note 7-2: the point and its printed
+// grid coordinates, in the example's unit (metres per unit `unit`) with its
+// false origin.  Checked both ways to half the printed last digit: `tol`
+// in the example's unit, `tol_sec` in arc-seconds.
+struct GuidanceExample {
+  const char *name;
+  const Family *family;
+  Spheroid spheroid;
+  Parms parms;
+  double unit, fe, fn;
+  double lon, lat;  // radians
+  double e, n;
+  double tol = 0.005, tol_sec = 0.0005;
+};
+
+inline void check_guidance_example(const GuidanceExample &ex) {
+  SCOPED_TRACE(ex.name);
+  int count = 0;
+  const XY f = forward1(*ex.family, ex.spheroid, ex.parms, ex.lon, ex.lat, &count);
+  EXPECT_EQ(count, 1);
+  EXPECT_NEAR(f.x / ex.unit + ex.fe, ex.e, ex.tol + 1e-9);
+  EXPECT_NEAR(f.y / ex.unit + ex.fn, ex.n, ex.tol + 1e-9);
+  const XY b = inverse1(*ex.family, ex.spheroid, ex.parms, (ex.e - ex.fe) * ex.unit,
+                        (ex.n - ex.fn) * ex.unit, &count);
+  EXPECT_EQ(count, 1);
+  EXPECT_NEAR(b.x / kDeg * 3600.0, ex.lon / kDeg * 3600.0, ex.tol_sec);
+  EXPECT_NEAR(b.y / kDeg * 3600.0, ex.lat / kDeg * 3600.0, ex.tol_sec);
+}
+
+// A definition the family must refuse: its constants function fails, and
+// forward and inverse with temporary constants convert nothing and leave
+// the point as it was.
+inline void expect_refused(const Family &f, const Spheroid &s, const Parms &p, const char *why) {
+  SCOPED_TRACE(why);
+  if (f.constfunc != nullptr) {
+    Cached cached(f, s, p);
+    EXPECT_LT(cached.status, 0);
+  }
+  double xy[2] = {0.1, 0.2};
+  EXPECT_EQ(f.forward(s.sph(), p.data(), 1, xy, nullptr, nullptr), 0);
+  EXPECT_EQ(f.inverse(s.sph(), p.data(), 1, xy, nullptr, nullptr), 0);
+  EXPECT_EQ(xy[0], 0.1);
+  EXPECT_EQ(xy[1], 0.2);
+}
+
+#ifdef KO_HAVE_PROJ
+// A definition against the same one written for PROJ, checked over a box
+// (degrees) by check_against with the given grid and tolerances.
+struct ProjCase {
+  const char *name;
+  const Family *family;
+  Spheroid spheroid;
+  Parms parms;
+  std::string proj;
+  double west, south, east, north;
+};
+
+inline void check_proj_cases(std::span<const ProjCase> cases, int nx = 9, int ny = 9,
+                             double tol_m = 1e-3, double tol_deg = 1e-9) {
+  for (const ProjCase &c : cases) {
+    SCOPED_TRACE(c.name);
+    ProjOracle oracle(c.proj);
+    ASSERT_TRUE(oracle.ok()) << c.proj;
+    check_against(*c.family, c.spheroid, c.parms, oracle,
+                  grid(c.west, c.south, c.east, c.north, nx, ny), tol_m, tol_deg);
+  }
+}
+inline void check_proj_cases(std::initializer_list<ProjCase> cases, int nx = 9, int ny = 9,
+                             double tol_m = 1e-3, double tol_deg = 1e-9) {
+  check_proj_cases(std::span<const ProjCase>(cases.begin(), cases.size()), nx, ny, tol_m, tol_deg);
+}
+#endif
 
 }  // namespace ko::test

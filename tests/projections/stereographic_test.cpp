@@ -34,59 +34,31 @@ const Family kPolarC{ko::proj::polar_stereographic_c_forward,
 // The guidance note's Bessel 1841 is given with 1/f = 299.15281.
 const Spheroid kBesselPrinted = spheroid_rf(6377397.155, 299.15281);
 
-struct Example {
-  const char *name;
-  const Family *family;
-  Spheroid spheroid;
-  Parms parms;
-  double fe, fn, lon, lat, e, n;
-  double tol_m;  // half the last printed digit of the easting/northing
-};
-
-std::vector<Example> examples() {
+// Printed to 0.001 m (9809) or 0.01 m; the rounding of the printed grid
+// values is at most 0.0002" of arc.
+std::vector<GuidanceExample> examples() {
   return {
       {"Amersfoort / RD New (9809)", &kDouble, kBesselPrinted,
        Parms{{slot::kCentralMeridian, dms(5, 23, 15.5)}, {slot::kLatOrigin, dms(52, 9, 22.178)},
              {slot::kScaleFactor, 0.9999079}},
-       155000.0, 463000.0, dms(6), dms(53), 196105.283, 557057.739, 0.0005},
+       1.0, 155000.0, 463000.0, dms(6), dms(53), 196105.283, 557057.739, 0.0005},
       {"WGS 84 / UPS North (9810)", &kPolarA, kWgs84,
        Parms{{slot::kCentralMeridian, 0.0}, {slot::kLatOrigin, dms(90)}, {slot::kScaleFactor, 0.994}},
-       2000000.0, 2000000.0, dms(44), dms(73), 3320416.75, 632668.43, 0.005},
+       1.0, 2000000.0, 2000000.0, dms(44), dms(73), 3320416.75, 632668.43},
       {"Petrels 1972 / Terre Adelie (9830)", &kPolarC, kIntl1924,
-       Parms{{slot::kCentralMeridian, dms(140)}, {slot::kStdParallel1, dms(-67)}}, 300000.0,
-       200000.0, dms(140, 4, 17.040), dms(-66, 36, 18.820), 303169.52, 244055.72, 0.005},
+       Parms{{slot::kCentralMeridian, dms(140)}, {slot::kStdParallel1, dms(-67)}}, 1.0, 300000.0,
+       200000.0, dms(140, 4, 17.040), dms(-66, 36, 18.820), 303169.52, 244055.72},
   };
 }
 
 TEST(Stereographic, GuidanceNoteExamplesBothWays) {
-  for (const Example &ex : examples()) {
-    SCOPED_TRACE(ex.name);
-    int count = 0;
-    const XY fwd = forward1(*ex.family, ex.spheroid, ex.parms, ex.lon, ex.lat, &count);
-    EXPECT_EQ(count, 1);
-    EXPECT_NEAR(fwd.x + ex.fe, ex.e, ex.tol_m + 1e-9);
-    EXPECT_NEAR(fwd.y + ex.fn, ex.n, ex.tol_m + 1e-9);
-    const XY inv = inverse1(*ex.family, ex.spheroid, ex.parms, ex.e - ex.fe, ex.n - ex.fn, &count);
-    EXPECT_EQ(count, 1);
-    // 0.005 m of rounding in the printed grid values is 0.0002" of arc.
-    EXPECT_NEAR(inv.x / kDeg * 3600.0, ex.lon / kDeg * 3600.0, 0.0005);
-    EXPECT_NEAR(inv.y / kDeg * 3600.0, ex.lat / kDeg * 3600.0, 0.0005);
-  }
+  for (const GuidanceExample &ex : examples()) check_guidance_example(ex);
 }
 
 #ifdef KO_HAVE_PROJ
-struct OracleCase {
-  const char *name;
-  const Family *family;
-  Spheroid spheroid;
-  Parms parms;
-  std::string proj;
-  double west, south, east, north;
-};
-
 // Forward within 1 mm of PROJ, inverse within 1e-9 degree.
 TEST(Stereographic, AgreesWithProj) {
-  const OracleCase cases[] = {
+  const ProjCase cases[] = {
       {"double: Netherlands", &kDouble, kBessel,
        Parms{{slot::kCentralMeridian, dms(5, 23, 15.5)}, {slot::kLatOrigin, dms(52, 9, 22.178)},
              {slot::kScaleFactor, 0.9999079}},
@@ -127,13 +99,7 @@ TEST(Stereographic, AgreesWithProj) {
        "+proj=stere +lat_0=90 +lat_ts=70 +lon_0=-45 +a=6378273 +b=6356889.449", -180.0, 30.0,
        180.0, 90.0},
   };
-  for (const OracleCase &c : cases) {
-    SCOPED_TRACE(c.name);
-    ProjOracle oracle(c.proj);
-    ASSERT_TRUE(oracle.ok()) << c.proj;
-    check_against(*c.family, c.spheroid, c.parms, oracle,
-                  grid(c.west, c.south, c.east, c.north, 11, 9), 1e-3, 1e-9);
-  }
+  check_proj_cases(cases, 11, 9);
 }
 
 // Variant C is variant B with the false origin on the standard parallel:
@@ -221,26 +187,12 @@ TEST(Stereographic, NaNInputIsNotCounted) {
 }
 
 TEST(Stereographic, InvalidParametersFailTheConstants) {
-  struct Bad {
-    const char *why;
-    const Family *f;
-    Parms p;
-  } cases[] = {
-      {"variant A origin not at a pole", &kPolarA, Parms{{slot::kLatOrigin, dms(80)}}},
-      {"variant B standard parallel on the equator", &kPolarB, Parms{{slot::kStdParallel1, 0.0}}},
-      {"variant C standard parallel beyond the pole", &kPolarC, Parms{{slot::kStdParallel1, 2.0}}},
-      {"latitude of origin beyond the pole", &kDouble, Parms{{slot::kLatOrigin, 1.6}}},
-      {"zero scale", &kStereo, Parms{{slot::kScaleFactor, 0.0}}},
-      {"NaN meridian", &kDouble, Parms{{slot::kCentralMeridian, std::nan("")}}},
-  };
-  for (const Bad &b : cases) {
-    SCOPED_TRACE(b.why);
-    Cached cached(*b.f, kWgs84, b.p);
-    EXPECT_LT(cached.status, 0);
-    double xy[2] = {0.1, 0.2};
-    EXPECT_EQ(b.f->forward(kWgs84.sph(), b.p.data(), 1, xy, nullptr, nullptr), 0);
-    EXPECT_EQ(xy[0], 0.1);
-  }
+  expect_refused(kPolarA, kWgs84, Parms{{slot::kLatOrigin, dms(80)}}, "variant A origin not at a pole");
+  expect_refused(kPolarB, kWgs84, Parms{{slot::kStdParallel1, 0.0}}, "variant B standard parallel on the equator");
+  expect_refused(kPolarC, kWgs84, Parms{{slot::kStdParallel1, 2.0}}, "variant C standard parallel beyond the pole");
+  expect_refused(kDouble, kWgs84, Parms{{slot::kLatOrigin, 1.6}}, "latitude of origin beyond the pole");
+  expect_refused(kStereo, kWgs84, Parms{{slot::kScaleFactor, 0.0}}, "zero scale");
+  expect_refused(kDouble, kWgs84, Parms{{slot::kCentralMeridian, std::nan("")}}, "NaN meridian");
 }
 
 // The double stereographic at a pole is the limit of the oblique form: a
