@@ -576,9 +576,264 @@ typedef int (*ko_proj_validfunc)(ko_parameter *const *parms, const char *name, k
  * Units
  * ====================================================================== */
 
+/* Five unit types share one layout: a name, a display name, a plural and an
+ * abbreviation (UTF-16), the factor to the base unit (metres, radians,
+ * square metres, or 1 for scale) and a reference code.  The generic unit
+ * (ko_unit, type KO_TYPE_UNIT) is what a caller builds when the kind is not
+ * known; its constructors return a linear, angular or scale unit (typed
+ * KO_TYPE_LINUNIT, KO_TYPE_ANGUNIT or KO_TYPE_SCALEUNIT) whenever the name
+ * and factor identify one of the unit tables' rows.  A ko_unit pointer may
+ * therefore be any of the three kinds, and functions taking a ko_unit accept
+ * linear, angular and scale units alike. */
+#define KO_UNIT_DISPNAME_SIZE 80 /* UTF-16 units, display name and plural */
+#define KO_UNIT_ABBR_SIZE 16     /* UTF-16 units, abbreviation */
+
+/* A row of a unit table; a table ends with a row of code 0. */
+typedef struct ko_unit_entry {
+  int32_t code;
+  const char *name;
+  double factor;
+} ko_unit_entry;
+
+KO_API extern const ko_unit_entry ko_linunit_tbl[];   /* factor in metres */
+KO_API extern const ko_unit_entry ko_angunit_tbl[];   /* factor in radians */
+KO_API extern const ko_unit_entry ko_areaunit_tbl[];  /* factor in square metres */
+KO_API extern const ko_unit_entry ko_scaleunit_tbl[]; /* factor as a ratio */
+
+/* Rows of a unit table by code and by name (names compared by
+ * ko_strcmp_ci; the first matching row wins).  Null when absent. */
+KO_API const ko_unit_entry *ko_unit_tbl_from_code(const ko_unit_entry *tbl, int32_t code);
+KO_API const ko_unit_entry *ko_unit_tbl_from_name(const ko_unit_entry *tbl, const char *name);
+/* Rows before the end row. */
+KO_API int ko_unit_tbl_count(const ko_unit_entry *tbl);
+
+/* The operations every unit type has, for prefix linunit, angunit,
+ * scaleunit, areaunit and unit:
+ *   _ext_new_errext(name, display name, plural, abbreviation, factor, err)
+ *       the three texts in UTF-8 (null counts as empty); _ext_new_errext_u
+ *       takes them in UTF-16; _ext_new and _ext_new_u without the record.
+ *       Name beyond 79 characters, display name or plural beyond 79 units,
+ *       abbreviation beyond 15: warning 354, cut.  Factor <= 0: error 304,
+ *       NaN or infinite: error 358 (message "name: factor").  Error 1 when
+ *       memory runs out.
+ *   _new_errext(name, factor, err), _new(name, factor): no texts.
+ *   _new_code_errext(code, err), _new_code(code), _new_name_errext(name,
+ *       err), _new_name(name): from the unit table (status KO_STATUS_CODE,
+ *       internal and external code set); an unknown code is error 212
+ *       (linear), 211 (angular) or 210, an unknown name error 132.
+ *   _p, _clone, _del, _eq: equal when both are units sharing a type bit,
+ *       their names are equal by ko_strcmp_ci and their factors agree to
+ *       the library's relative tolerance.
+ *   _factor (0.0 for no unit), _display_name, _plural (80-unit buffers),
+ *   _abbreviation (16-unit buffer), _refcode, _set_refcode, the generic
+ *   forwards and the objvec ko_<prefix>_objvec. */
+#define KO_DECLARE_UNIT_TYPE(prefix, T)                                                      \
+  KO_API T *ko_##prefix##_ext_new_errext(const char *name, const char *dispname,            \
+                                         const char *plural, const char *abbr, double factor, \
+                                         ko_err *err);                                       \
+  KO_API T *ko_##prefix##_ext_new(const char *name, const char *dispname, const char *plural, \
+                                  const char *abbr, double factor);                          \
+  KO_API T *ko_##prefix##_ext_new_errext_u(const char *name, const ko_uchar *dispname,      \
+                                           const ko_uchar *plural, const ko_uchar *abbr,    \
+                                           double factor, ko_err *err);                      \
+  KO_API T *ko_##prefix##_ext_new_u(const char *name, const ko_uchar *dispname,             \
+                                    const ko_uchar *plural, const ko_uchar *abbr,           \
+                                    double factor);                                          \
+  KO_API T *ko_##prefix##_new_errext(const char *name, double factor, ko_err *err);         \
+  KO_API T *ko_##prefix##_new(const char *name, double factor);                             \
+  KO_API T *ko_##prefix##_new_code_errext(int32_t code, ko_err *err);                       \
+  KO_API T *ko_##prefix##_new_code(int32_t code);                                           \
+  KO_API T *ko_##prefix##_new_name_errext(const char *name, ko_err *err);                   \
+  KO_API T *ko_##prefix##_new_name(const char *name);                                       \
+  KO_API int ko_##prefix##_p(const void *obj);                                              \
+  KO_API T *ko_##prefix##_clone(const T *unit);                                             \
+  KO_API T *ko_##prefix##_del(T *unit);                                                     \
+  KO_API int ko_##prefix##_eq(const T *a, const T *b);                                      \
+  KO_API double ko_##prefix##_factor(const T *unit);                                        \
+  KO_API ko_uchar *ko_##prefix##_display_name(const T *unit, ko_uchar *buf);                \
+  KO_API ko_uchar *ko_##prefix##_plural(const T *unit, ko_uchar *buf);                      \
+  KO_API ko_uchar *ko_##prefix##_abbreviation(const T *unit, ko_uchar *buf);                \
+  KO_API uint32_t ko_##prefix##_refcode(const T *unit);                                     \
+  KO_API void ko_##prefix##_set_refcode(T *unit, uint32_t refcode);                         \
+  KO_API extern const ko_objvec ko_##prefix##_objvec;                                       \
+  KO_DECLARE_OBJECT_FORWARDS(prefix, T)
+
+KO_DECLARE_UNIT_TYPE(linunit, ko_linunit)
+KO_DECLARE_UNIT_TYPE(angunit, ko_angunit)
+KO_DECLARE_UNIT_TYPE(scaleunit, ko_scaleunit)
+KO_DECLARE_UNIT_TYPE(areaunit, ko_areaunit)
+KO_DECLARE_UNIT_TYPE(unit, ko_unit)
+
 /* ======================================================================
  * Geodetic objects: spheroids, prime meridians, datums, geographic systems
  * ====================================================================== */
+
+/* Spheroid: semi-major axis in the length of its linear unit ("Meter" when
+ * none is given), flattening 0 <= f <= 1 (0 a sphere).  The constructors
+ * take ownership of the unit on success. */
+KO_API ko_spheroid *ko_spheroid_ext_new_errext(const char *name, ko_linunit *unit, double axis,
+                                               double flattening, ko_err *err);
+KO_API ko_spheroid *ko_spheroid_ext_new(const char *name, ko_linunit *unit, double axis,
+                                        double flattening);
+KO_API ko_spheroid *ko_spheroid_new_errext(const char *name, double axis, double flattening,
+                                           ko_err *err);
+KO_API ko_spheroid *ko_spheroid_new(const char *name, double axis, double flattening);
+KO_API int ko_spheroid_p(const void *obj);
+KO_API ko_spheroid *ko_spheroid_clone(const ko_spheroid *s);
+KO_API ko_spheroid *ko_spheroid_del(ko_spheroid *s);
+KO_API int ko_spheroid_eq(const ko_spheroid *a, const ko_spheroid *b);
+KO_API double ko_spheroid_axis(const ko_spheroid *s);            /* metres; 1.0 for no spheroid */
+KO_API double ko_spheroid_flattening(const ko_spheroid *s);
+KO_API double ko_spheroid_esquared(const ko_spheroid *s);        /* f (2 - f) */
+KO_API double ko_spheroid_semiminor_axis(const ko_spheroid *s);  /* metres; 1.0 for no spheroid */
+KO_API ko_linunit *ko_spheroid_unit(const ko_spheroid *s);
+KO_API extern const ko_objvec ko_spheroid_objvec;
+KO_DECLARE_OBJECT_FORWARDS(spheroid, ko_spheroid)
+
+/* Prime meridian: longitude east of Greenwich, given in its angular unit
+ * ("Degree" when none is given) and stored in degrees. */
+KO_API ko_primem *ko_primem_ext_new_errext(const char *name, ko_angunit *unit, double longitude,
+                                           ko_err *err);
+KO_API ko_primem *ko_primem_ext_new(const char *name, ko_angunit *unit, double longitude);
+KO_API ko_primem *ko_primem_new_errext(const char *name, double longitude, ko_err *err);
+KO_API ko_primem *ko_primem_new(const char *name, double longitude);
+KO_API int ko_primem_p(const void *obj);
+KO_API ko_primem *ko_primem_clone(const ko_primem *p);
+KO_API ko_primem *ko_primem_del(ko_primem *p);
+KO_API int ko_primem_eq(const ko_primem *a, const ko_primem *b);
+KO_API double ko_primem_longitude(const ko_primem *p);  /* degrees */
+KO_API ko_angunit *ko_primem_unit(const ko_primem *p);
+KO_API void ko_primem_unit_set(ko_primem *p, ko_angunit *unit);
+KO_API extern const ko_objvec ko_primem_objvec;
+KO_DECLARE_OBJECT_FORWARDS(primem, ko_primem)
+
+/* Datum: a spheroid (owned), an anchor text and, for a dynamic reference
+ * frame, the frame name and reference epoch (decimal year). */
+#define KO_ANCHOR_SIZE 256
+KO_API ko_datum *ko_datum_ext_new_errext(const char *name, ko_spheroid *spheroid,
+                                         const char *anchor, ko_err *err);
+KO_API ko_datum *ko_datum_ext_new(const char *name, ko_spheroid *spheroid, const char *anchor);
+KO_API ko_datum *ko_datum_new_errext(const char *name, ko_spheroid *spheroid, ko_err *err);
+KO_API ko_datum *ko_datum_new(const char *name, ko_spheroid *spheroid);
+KO_API int ko_datum_p(const void *obj);
+KO_API ko_datum *ko_datum_clone(const ko_datum *d);
+KO_API ko_datum *ko_datum_del(ko_datum *d);
+KO_API int ko_datum_eq(const ko_datum *a, const ko_datum *b);
+KO_API ko_spheroid *ko_datum_spheroid(const ko_datum *d);
+KO_API char *ko_datum_anchor(const ko_datum *d, char *buf);  /* KO_ANCHOR_SIZE bytes */
+KO_API void ko_datum_set_dynamic(ko_datum *d, const char *frame_name, double epoch);
+/* Copies the frame name into buf (80 bytes) when buf is non-null; returns
+ * the epoch. */
+KO_API double ko_datum_get_dynamic(const ko_datum *d, char *buf);
+KO_API int ko_datum_is_dynamic(const ko_datum *d);
+KO_API extern const ko_objvec ko_datum_objvec;
+KO_DECLARE_OBJECT_FORWARDS(datum, ko_datum)
+
+/* Axis of a coordinate system: name, abbreviation, direction, unit (owned,
+ * any unit kind, may be null) and order (1-based position).  The order
+ * check and the fill serve geographic (kind 1) and projected (kind 2)
+ * systems. */
+#define KO_AXIS_NONE 0
+#define KO_AXIS_NORTH 1
+#define KO_AXIS_SOUTH 2
+#define KO_AXIS_EAST 3
+#define KO_AXIS_WEST 4
+#define KO_AXIS_UP 5
+#define KO_AXIS_DOWN 6
+#define KO_AXIS_OTHER 7
+#define KO_AXIS_KIND_GEOGRAPHIC 1
+#define KO_AXIS_KIND_PROJECTED 2
+#define KO_AXIS_MAX 3            /* axes of one system */
+#define KO_AXIS_ABBR_SIZE 16     /* bytes */
+KO_API ko_axis *ko_axis_new_errext(const char *name, const char *abbr, int direction,
+                                   ko_unit *unit, int order, ko_err *err);
+KO_API ko_axis *ko_axis_new(const char *name, const char *abbr, int direction, ko_unit *unit,
+                            int order);
+KO_API int ko_axis_p(const void *obj);
+KO_API ko_axis *ko_axis_clone(const ko_axis *a);
+KO_API ko_axis *ko_axis_del(ko_axis *a);
+KO_API int ko_axis_eq(const ko_axis *a, const ko_axis *b);
+KO_API char *ko_axis_abbr(const ko_axis *a, char *buf);  /* KO_AXIS_ABBR_SIZE bytes */
+KO_API int ko_axis_direction(const ko_axis *a);
+KO_API int ko_axis_order(const ko_axis *a);
+KO_API ko_unit *ko_axis_unit(const ko_axis *a);
+KO_API void ko_axis_unit_set(ko_axis *a, ko_unit *unit);
+/* "north", "south", "east", "west", "up", "down", "other"; "" for others. */
+KO_API const char *ko_axis_direction_to_name(int direction);
+KO_API int ko_axis_name_to_direction(const char *name);  /* KO_AXIS_NONE when unknown */
+/* 0 when the first `dimension` axes suit a system of this kind, else the
+ * error number: 488 dimension other than 2 or 3, 485 unknown kind or an
+ * element that is not an axis, 478 missing axis, 484 unknown direction,
+ * 486 direction unfit for its place, 476 two axes along one line, 482
+ * order not matching the position, 487 unit of the wrong kind.  A null
+ * array has nothing to check and gives 0 for a valid dimension. */
+KO_API int ko_axis_check_order(ko_axis *const *axes, int dimension, int kind);
+/* Builds the default axes of a system into out[0 .. dimension-1]: kind 1
+ * "Longitude" (east), "Latitude" (north); kind 2 "(X)" (east), "(Y)"
+ * (north); then "Ellipsoidal height" (up).  The horizontal axes get clones
+ * of hunit, the third a clone of vunit ("Meter" when null).  Returns 1, or
+ * 0 (nothing left behind) when memory runs out or an argument is bad. */
+KO_API int ko_axis_fill(ko_axis **out, int dimension, int kind, const ko_unit *hunit,
+                        const ko_unit *vunit);
+KO_API extern const ko_objvec ko_axis_objvec;
+KO_DECLARE_OBJECT_FORWARDS(axis, ko_axis)
+
+/* Geographic coordinate system: datum, prime meridian ("Greenwich" when
+ * none is given), angular unit, 2 or 3 axes, metadata, remark, and the
+ * lazily built geodesic series constants. */
+KO_API ko_geogcs *ko_geogcs_ext_new_errext(const char *name, ko_datum *datum, ko_primem *primem,
+                                           int dimension, ko_axis **axes, ko_angunit *unit,
+                                           ko_metadata **metadata, ko_remark *remark,
+                                           ko_err *err);
+KO_API ko_geogcs *ko_geogcs_ext_new(const char *name, ko_datum *datum, ko_primem *primem,
+                                    int dimension, ko_axis **axes, ko_angunit *unit,
+                                    ko_metadata **metadata, ko_remark *remark);
+KO_API ko_geogcs *ko_geogcs_new_errext(const char *name, ko_datum *datum, ko_primem *primem,
+                                       ko_angunit *unit, ko_err *err);
+KO_API ko_geogcs *ko_geogcs_new(const char *name, ko_datum *datum, ko_primem *primem,
+                                ko_angunit *unit);
+KO_API int ko_geogcs_p(const void *obj);
+KO_API ko_geogcs *ko_geogcs_clone(const ko_geogcs *g);
+KO_API ko_geogcs *ko_geogcs_del(ko_geogcs *g);
+KO_API int ko_geogcs_eq(const ko_geogcs *a, const ko_geogcs *b);
+KO_API ko_datum *ko_geogcs_datum(const ko_geogcs *g);
+KO_API ko_primem *ko_geogcs_primem(const ko_geogcs *g);
+KO_API ko_angunit *ko_geogcs_unit(const ko_geogcs *g);
+KO_API ko_linunit *ko_geogcs_vert_unit(const ko_geogcs *g);
+KO_API int ko_geogcs_dimension(const ko_geogcs *g);
+KO_API ko_axis *ko_geogcs_axis(const ko_geogcs *g, int index);  /* 0-based */
+KO_API ko_metadata **ko_geogcs_metadata_vector(const ko_geogcs *g);
+KO_API ko_remark *ko_geogcs_remark(const ko_geogcs *g);
+KO_API ko_constants *ko_geogcs_constants(const ko_geogcs *g);
+/* 1 when the geodesic constants are loaded or not needed (a sphere), 0
+ * when loading failed (not retried until unloaded). */
+KO_API int ko_geogcs_load_constants(ko_geogcs *g);
+KO_API void ko_geogcs_unload_constants(ko_geogcs *g);
+/* Gives a system without axes its default axes, built from its units and
+ * dimension; the units then live on the axes.  flags is reserved (pass 0).
+ * Returns 1 when the system has axes afterwards, else 0. */
+KO_API int ko_geogcs_check_axes(ko_geogcs *g, int flags);
+KO_API extern const ko_objvec ko_geogcs_objvec;
+KO_DECLARE_OBJECT_FORWARDS(geogcs, ko_geogcs)
+
+/* Coefficients of the geodesic series of Karney, "Algorithms for
+ * geodesics" (J. Geodesy 87, 2013), for a spheroid of first eccentricity
+ * squared e2 (0 <= e2 < 1), to order KO_GEODESIC_ORDER in the third
+ * flattening n and the parameter eps.  The array (KO_GEODESIC_NCOEF doubles
+ * from ko_allocate_rtn, the caller frees it) holds 33 rows of
+ * KO_GEODESIC_ORDER + 1 doubles; element j of a row is the coefficient of
+ * eps^j:
+ *   row 0        A1 (1 - eps)        rows 1-6    C1[1..6]
+ *   rows 7-12    C1'[1..6]           row 13      A2 / (1 - eps)
+ *   rows 14-19   C2[1..6]            row 20      A3
+ *   rows 21-26   C3[1..6]            rows 27-32  C4[0..5]
+ * A1, C1, C1', A2 and C2 are complete to eps^6; A3, C3 and C4 to total
+ * degree 5 in n and eps.  *order receives KO_GEODESIC_ORDER.  Null (and
+ * order 0) for e2 outside [0, 1) or when memory runs out. */
+#define KO_GEODESIC_ORDER 6
+#define KO_GEODESIC_ROWS 33
+#define KO_GEODESIC_NCOEF (KO_GEODESIC_ROWS * (KO_GEODESIC_ORDER + 1))
+KO_API double *ko_geodesic_constants_array_new(double e2, int *order);
 
 /* ======================================================================
  * Parameters and the parameter list
@@ -603,6 +858,60 @@ KO_API extern const ko_parmlist_entry ko_parmlist_tbl[];
 KO_API extern const int ko_parmlist_tbl_cnt;
 KO_API const ko_parmlist_entry *ko_parmlist_from_code(int32_t code);
 KO_API const ko_parmlist_entry *ko_parmlist_from_name(const char *name);
+
+/* Category bits and unit types of the parameter list. */
+#define KO_PARM_CAT_PROJECTION 2u
+#define KO_PARM_CAT_VERTCS 8u
+#define KO_PARM_CAT_GEOGTRAN 128u
+#define KO_PARM_CAT_VERTTRAN 524288u
+#define KO_PARM_CAT_TRANSFORM 524416u /* geogtran and verttran */
+#define KO_PARM_UNIT_NONE 0u
+#define KO_PARM_UNIT_ANGLE 1u
+#define KO_PARM_UNIT_LENGTH 2u
+#define KO_PARM_UNIT_SCALE 3u
+#define KO_PARM_CODE_DATASET 100047 /* "Dataset_<grid file>" */
+
+/* Slot index, default (degrees for angles) and unit type of a code:
+ * -1, 0.0 and 0 for unknown codes. */
+KO_API int32_t ko_parmlist_index_from_code(int32_t code);
+KO_API double ko_parmlist_default_from_code(int32_t code);
+KO_API uint32_t ko_parmlist_unit_type_from_code(int32_t code);
+/* Rows of the list, the end row not counted (ko_parmlist_tbl_cnt). */
+KO_API int ko_parmlist_count(void);
+/* A new parameter with the row's name and default (or value), no unit and
+ * status KO_STATUS_CODE; an unknown code is error 218. */
+KO_API ko_parameter *ko_parmlist_parameter_from_code(int32_t code, ko_err *err);
+KO_API ko_parameter *ko_parmlist_parameter_from_code_value(int32_t code, ko_err *err,
+                                                           double value);
+
+/* Parameter: a value in its own unit (owned, null for plain numbers), the
+ * list codes of its name in the header (-1 when the name is not listed),
+ * and the default factor in which ko_parameter_value reports. */
+KO_API ko_parameter *ko_parameter_ext_new_errext(const char *name, ko_unit *unit, double value,
+                                                 ko_err *err);
+KO_API ko_parameter *ko_parameter_ext_new(const char *name, ko_unit *unit, double value);
+KO_API ko_parameter *ko_parameter_new_errext(const char *name, double value, ko_err *err);
+KO_API ko_parameter *ko_parameter_new(const char *name, double value);
+KO_API ko_parameter *ko_parameter_new_parmlist(const ko_parmlist_entry *row, const char *name,
+                                               ko_unit *unit, double value, ko_err *err);
+KO_API int ko_parameter_p(const void *obj);
+KO_API ko_parameter *ko_parameter_clone(const ko_parameter *p);
+KO_API ko_parameter *ko_parameter_del(ko_parameter *p);
+KO_API int ko_parameter_eq(const ko_parameter *a, const ko_parameter *b);
+/* The value in the default factor's unit. */
+KO_API double ko_parameter_value(const ko_parameter *p);
+/* The value in base units (metres, radians, ratio). */
+KO_API double ko_parameter_value_si(const ko_parameter *p);
+/* Both return 1, or 0 (nothing changed) for NaN, infinity or no parameter. */
+KO_API int ko_parameter_value_set(ko_parameter *p, double value);
+KO_API int ko_parameter_value_set_si(ko_parameter *p, double value);
+KO_API ko_unit *ko_parameter_unit(const ko_parameter *p);
+KO_API void ko_parameter_unit_set(ko_parameter *p, ko_unit *unit);
+KO_API double ko_parameter_dflt_factor(const ko_parameter *p);
+KO_API void ko_parameter_dflt_factor_set(ko_parameter *p, double factor);
+KO_API uint32_t ko_parameter_unit_type(const ko_parameter *p);
+KO_API extern const ko_objvec ko_parameter_objvec;
+KO_DECLARE_OBJECT_FORWARDS(parameter, ko_parameter)
 
 /* ======================================================================
  * Projection table and auxiliary functions
