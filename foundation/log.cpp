@@ -24,9 +24,10 @@ std::atomic<void *> g_userdata{nullptr};
 std::atomic<int> g_severity_mask{0};
 std::atomic<int> g_category_mask{0};
 
-// A mask of -1 keeps the stored value.
-void store_mask(std::atomic<int> &mask, int value) {
-  if (value != -1) mask.store(value, std::memory_order_relaxed);
+// A mask of -1 keeps the stored value; any other value is stored while a
+// callback is installed and clears the mask when the callback is removed.
+void store_mask(std::atomic<int> &mask, int value, bool installing) {
+  if (value != -1) mask.store(installing ? value : 0, std::memory_order_relaxed);
 }
 
 void offer_to_callback(const ko_err &report) {
@@ -142,16 +143,10 @@ extern "C" {
 
 void ko_msg_setrtn(void *userdata, int severity_mask, int category_mask,
                    ko_msg_callback callback) {
-  if (callback != nullptr) {
-    g_userdata.store(userdata, std::memory_order_relaxed);
-    store_mask(g_severity_mask, severity_mask);
-    store_mask(g_category_mask, category_mask);
-  } else {
-    // Removing the callback also clears the masks that are not kept (-1).
-    g_userdata.store(nullptr, std::memory_order_relaxed);
-    store_mask(g_severity_mask, severity_mask == -1 ? -1 : 0);
-    store_mask(g_category_mask, category_mask == -1 ? -1 : 0);
-  }
+  const bool installing = callback != nullptr;
+  g_userdata.store(installing ? userdata : nullptr, std::memory_order_relaxed);
+  store_mask(g_severity_mask, severity_mask, installing);
+  store_mask(g_category_mask, category_mask, installing);
   g_callback.store(callback, std::memory_order_release);
 }
 
