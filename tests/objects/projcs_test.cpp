@@ -134,7 +134,7 @@ TEST(Conversion, ParameterArrayRules) {
   const double k45 = 45 * std::numbers::pi / 180;
   struct Case {
     const char *what;
-    std::initializer_list<ko::test::ParmSpec> parms;
+    std::initializer_list<ko::test::ParmDef> parms;
     double slot3, slot4, slot5;
   };
   // Angular parameters carry an explicit degree unit, so the conversion

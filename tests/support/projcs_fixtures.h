@@ -39,7 +39,7 @@ inline ko_geogcs *wgs84(ko_angunit *unit = nullptr) {
 
 // One parameter of a conversion: its list name, value and unit (owned from
 // here on; null for none).
-struct ParmSpec {
+struct ParmDef {
   const char *name;
   double value;
   ko_unit *unit = nullptr;
@@ -48,13 +48,13 @@ struct ParmSpec {
 // A conversion of the projection of `code` whose parameters stand in their
 // list slots.  Null when anything fails.
 inline ko_conversion *conversion(const char *name, int32_t code,
-                                 std::initializer_list<ParmSpec> specs, ko_err *err = nullptr) {
+                                 std::initializer_list<ParmDef> defs, ko_err *err = nullptr) {
   std::array<ko_parameter *, KO_PARM_COUNT> parms{};
   bool ok = true;
-  for (const ParmSpec &spec : specs) {
-    ko_parameter *p = ok ? ko_parameter_ext_new(spec.name, spec.unit, spec.value) : nullptr;
+  for (const ParmDef &def : defs) {
+    ko_parameter *p = ok ? ko_parameter_ext_new(def.name, def.unit, def.value) : nullptr;
     if (p == nullptr) {
-      ko_unit_del(spec.unit);
+      ko_unit_del(def.unit);
       ok = false;
       continue;
     }
