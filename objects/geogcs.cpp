@@ -2,6 +2,7 @@
 // metadata and remark, with the geodesic series constants built on first
 // use.
 #include "objects/geodetic.h"
+#include "objects/system_parts.h"
 
 #include <array>
 
@@ -161,34 +162,18 @@ ko_geogcs *ko_geogcs_clone(const ko_geogcs *g) {
   ko::Unique<ko_datum> datum(ko_datum_clone(src->datum));
   ko::Unique<ko_primem> primem(ko_primem_clone(src->primem));
   ko::Unique<ko_angunit> unit(src->unit != nullptr ? ko_angunit_clone(src->unit) : nullptr);
-  ko::Unique<ko_remark> remark(src->remark != nullptr ? ko_remark_clone(src->remark) : nullptr);
-  std::array<ko::Unique<ko_axis>, KO_AXIS_MAX> axes;
-  bool has_axes = src->axes[0] != nullptr;
-  bool ok = datum != nullptr && primem != nullptr && (src->unit == nullptr || unit != nullptr) &&
-            (src->remark == nullptr || remark != nullptr);
-  for (int i = 0; ok && has_axes && i < src->dimension; ++i) {
-    axes[i].reset(ko_axis_clone(src->axes[i]));
-    ok = axes[i] != nullptr;
-  }
-  ko_metadata **metadata = nullptr;
-  if (ok && src->metadata != nullptr) {
-    metadata = ko_metadata_vector_clone(src->metadata);
-    ok = metadata != nullptr;
-  }
-  if (!ok) return nullptr;
-  std::array<ko_axis *, KO_AXIS_MAX> axis_ptrs = {axes[0].get(), axes[1].get(), axes[2].get()};
-  ko_geogcs *copy = ko_geogcs_ext_new_errext(
-      ko_header_get_name(src), datum.get(), primem.get(), src->dimension,
-      has_axes ? axis_ptrs.data() : nullptr, unit.get(), metadata, remark.get(), nullptr);
-  if (copy == nullptr) {
-    ko_metadata_vector_del(metadata);
+  ko::SystemPartsClone parts(src->axes, src->dimension, src->metadata, src->remark);
+  if (datum == nullptr || primem == nullptr || (src->unit != nullptr && unit == nullptr) ||
+      !parts.ok())
     return nullptr;
-  }
+  ko_geogcs *copy = ko_geogcs_ext_new_errext(ko_header_get_name(src), datum.get(), primem.get(),
+                                             src->dimension, parts.axes(), unit.get(),
+                                             parts.metadata(), parts.remark(), nullptr);
+  if (copy == nullptr) return nullptr;
   datum.release();
   primem.release();
   unit.release();
-  remark.release();
-  for (auto &axis : axes) axis.release();
+  parts.release();
   if (!ko::header_copy_checked(copy, src)) return ko_geogcs_del(copy);
   return copy;
 }

@@ -3,6 +3,7 @@
 // the point conversion loads on first use.
 #include "objects/parameter.h"
 #include "objects/projcs.h"
+#include "objects/system_parts.h"
 
 #include <array>
 
@@ -262,35 +263,19 @@ ko_projcs *ko_projcs_clone(const ko_projcs *p) {
   ko::Unique<ko_geogcs> geogcs(ko_geogcs_clone(src->geogcs));
   ko::Unique<ko_conversion> conversion(ko_conversion_clone(src->conversion));
   ko::Unique<ko_linunit> unit(src->unit != nullptr ? ko_linunit_clone(src->unit) : nullptr);
-  ko::Unique<ko_remark> remark(src->remark != nullptr ? ko_remark_clone(src->remark) : nullptr);
-  std::array<ko::Unique<ko_axis>, KO_AXIS_MAX> axes;
-  bool has_axes = src->axes[0] != nullptr;
-  bool ok = geogcs != nullptr && conversion != nullptr &&
-            (src->unit == nullptr || unit != nullptr) &&
-            (src->remark == nullptr || remark != nullptr);
-  for (int i = 0; ok && has_axes && i < src->dimension; ++i) {
-    axes[i].reset(ko_axis_clone(src->axes[i]));
-    ok = axes[i] != nullptr;
-  }
-  ko_metadata **metadata = nullptr;
-  if (ok && src->metadata != nullptr) {
-    metadata = ko_metadata_vector_clone(src->metadata);
-    ok = metadata != nullptr;
-  }
-  if (!ok) return nullptr;
-  std::array<ko_axis *, KO_AXIS_MAX> axis_ptrs = {axes[0].get(), axes[1].get(), axes[2].get()};
-  ko_projcs *copy = ko_projcs_ext_new_errext(
-      ko_header_get_name(src), geogcs.get(), conversion.get(), src->dimension,
-      has_axes ? axis_ptrs.data() : nullptr, unit.get(), metadata, remark.get(), nullptr);
-  if (copy == nullptr) {
-    ko_metadata_vector_del(metadata);
+  ko::SystemPartsClone parts(src->axes, src->dimension, src->metadata, src->remark);
+  if (geogcs == nullptr || conversion == nullptr || (src->unit != nullptr && unit == nullptr) ||
+      !parts.ok())
     return nullptr;
-  }
+  ko_projcs *copy = ko_projcs_ext_new_errext(ko_header_get_name(src), geogcs.get(),
+                                             conversion.get(), src->dimension, parts.axes(),
+                                             unit.get(), parts.metadata(), parts.remark(),
+                                             nullptr);
+  if (copy == nullptr) return nullptr;
   geogcs.release();
   conversion.release();
   unit.release();
-  remark.release();
-  for (auto &axis : axes) axis.release();
+  parts.release();
   if (!ko::header_copy_checked(copy, src)) return ko_projcs_del(copy);
   return copy;
 }
