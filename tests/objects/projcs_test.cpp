@@ -540,6 +540,15 @@ TEST(Projcs, GettersAndParameterArray) {
   EXPECT_EQ(out[5], 0.9996);
   EXPECT_EQ(ko_projcs_parm_array(p, nullptr), 0);
   ko_projcs_del(p);
+
+  // A name beyond 79 characters is a warning; the system keeps 79.
+  std::string long_name(90, 'u');
+  p = ko_projcs_new_errext(long_name.c_str(), ko::test::wgs84(), ko::test::utm33n_conversion(),
+                           nullptr, &err);
+  ASSERT_NE(p, nullptr);
+  expect_report(err, Report{2, 8, 354, kPcsSource, long_name.c_str()});
+  EXPECT_EQ(name_of(p), long_name.substr(0, 79));
+  ko_projcs_del(p);
 }
 
 TEST(Projcs, NullAndStalePointers) {
