@@ -623,8 +623,9 @@ KO_API int ko_unit_tbl_count(const ko_unit_entry *tbl);
  *   _new_errext(name, factor, err), _new(name, factor): no texts.
  *   _new_code_errext(code, err), _new_code(code), _new_name_errext(name,
  *       err), _new_name(name): from the unit table (status KO_STATUS_CODE,
- *       internal and external code set); an unknown code is error 212
- *       (linear), 211 (angular) or 210, an unknown name error 132.
+ *       internal and external code set; names also through the catalogue's
+ *       synonyms, e.g. "metre"); an unknown code is error 212 (linear), 211
+ *       (angular) or 210, an unknown name error 132.
  *   _p, _clone, _del, _eq: equal when both are units sharing a type bit,
  *       their names are equal by ko_strcmp_ci and their factors agree to
  *       the library's relative tolerance.
@@ -1330,6 +1331,435 @@ KO_API int ko_proj_to_geog_center(ko_projcs *p, int n, double *coords, double ce
 /* ======================================================================
  * Compiled-in catalogue
  * ====================================================================== */
+
+/* The catalogue of predefined objects: constant tables compiled into the
+ * library (derived from the EPSG Geodetic Parameter Dataset, see NOTICE),
+ * one family of tables per object type, tied together by the registry
+ * ko_db_builtin_registry.  Every lookup returns a pointer into the
+ * constant tables, or null; nothing is allocated. */
+
+/* Table headers: long (data and most other kinds, 32 bytes) and short
+ * (names and synonyms, 16 bytes). */
+typedef struct ko_db_tbl {
+  const void *recs;
+  int32_t count;
+  int32_t size;         /* bytes per record */
+  void *reserved[2];
+} ko_db_tbl;
+typedef struct ko_db_list {
+  const void *recs;
+  uint64_t count;
+} ko_db_list;
+typedef const ko_db_list *(*ko_db_synonym_rtn)(void);
+
+/* Name table record: name hash (ko_str_hashcode) and code; sorted by the
+ * hash as unsigned, no two hashes equal within a table. */
+typedef struct ko_db_name_rec {
+  uint32_t hash;
+  int32_t code;
+} ko_db_name_rec;
+
+/* Data records, each sorted by code. */
+typedef struct ko_db_geogcs_rec {       /* 32 bytes */
+  const char *name;
+  int32_t code, datum, primem, angunit;
+  uint64_t reserved;
+} ko_db_geogcs_rec;
+typedef struct ko_db_projcs_rec {       /* 40 bytes */
+  const char *name;
+  int32_t code, geogcs, projection, linunit;
+  int32_t reserved;
+  int32_t parm_first, parm_count;       /* run in ko_obj_projcs_parms */
+  int32_t reserved2;
+} ko_db_projcs_rec;
+typedef struct ko_db_vertcs_rec {       /* 32 bytes */
+  const char *name;
+  int32_t code, vdatum, linunit;
+  int32_t direction;                    /* 1 up (heights), -1 down (depths) */
+  uint64_t reserved;
+} ko_db_vertcs_rec;
+typedef struct ko_db_gxyzcs_rec {       /* 24 bytes */
+  const char *name;
+  int32_t code, datum, primem, linunit;
+} ko_db_gxyzcs_rec;
+typedef struct ko_db_hvcoordsys_rec {   /* 24 bytes */
+  const char *name;
+  int32_t code;
+  int32_t hcs, vcs;                     /* horizontal and vertical system */
+  int32_t hcs_type;                     /* KO_TYPE_GEOGCS or KO_TYPE_PROJCS */
+} ko_db_hvcoordsys_rec;
+typedef struct ko_db_datum_rec {        /* 272 bytes; datum and vdatum */
+  const char *name;
+  int32_t code;
+  int32_t spheroid;                     /* 0 for a vertical datum */
+  char anchor[256];                     /* anchor text, empty when EPSG gives none */
+} ko_db_datum_rec;
+typedef struct ko_db_geogtran_rec {     /* 48 bytes */
+  const char *name;
+  int32_t code, gcs1, gcs2, method;
+  int32_t reserved, reserved2;
+  double accuracy;                      /* metres; 999.0 when unknown */
+  int32_t parm_first, parm_count;       /* run in ko_obj_geogtran_parms */
+} ko_db_geogtran_rec;
+typedef struct ko_db_verttran_rec {     /* 64 bytes */
+  const char *name;
+  int32_t code, vcs1, vcs2, method;     /* vcs1 may be a 3D geographic system */
+  int32_t reserved, reserved2;
+  double accuracy;
+  int32_t parm_first, parm_count;       /* run in ko_obj_verttran_parms */
+  int32_t interpolation;                /* system of a grid's coordinates, or 0 */
+  int32_t reserved3;
+  uint64_t reserved4;
+} ko_db_verttran_rec;
+typedef struct ko_db_angunit_rec {      /* 48 bytes; angunit and scaleunit */
+  const char *name;
+  int32_t code, reserved;
+  const char *display, *plural, *abbreviation;
+  double factor;
+} ko_db_angunit_rec;
+typedef struct ko_db_linunit_rec {      /* 56 bytes; linunit and areaunit */
+  const char *name;
+  int32_t code, reserved;
+  const char *display, *plural, *abbreviation;
+  double factor;
+  int32_t related;                      /* the area unit of a length, the length of an area */
+  int32_t reserved2;
+} ko_db_linunit_rec;
+typedef struct ko_db_primem_rec {       /* 24 bytes */
+  const char *name;
+  int32_t code, angunit;
+  double longitude;                     /* in angunit */
+} ko_db_primem_rec;
+typedef struct ko_db_spheroid_rec {     /* 32 bytes */
+  const char *name;
+  int32_t code, linunit;
+  double axis;                          /* semi-major axis in linunit */
+  double flattening;                    /* not inverse; 0 for a sphere */
+} ko_db_spheroid_rec;
+typedef struct ko_db_method_rec {       /* 16 bytes; the method-like lists */
+  const char *name;
+  int32_t code;
+  int32_t slot;                         /* parameters: slot in the parameter array */
+} ko_db_method_rec;
+typedef struct ko_db_extent_rec {       /* 48 bytes; areas of use */
+  int32_t code, reserved;
+  const char *name;
+  double west, south, east, north;      /* degrees */
+} ko_db_extent_rec;
+
+/* Parameter pools: projected systems (angles in the unit of the geographic
+ * system, lengths in the projected system's unit, scales as factors),
+ * geographic transformations (translations in metres, rotations in
+ * arc-seconds, scale difference in parts per million, rates per year,
+ * offsets in arc-seconds) and vertical transformations.  aux is the EPSG
+ * parameter code, or for Dataset_ the index of the grid file's name in
+ * the pool's texts. */
+typedef struct ko_db_parm_rec {         /* 16 bytes */
+  int32_t code;
+  int32_t aux;
+  double value;
+} ko_db_parm_rec;
+
+/* Other kinds. */
+typedef struct ko_db_synonym_rec {      /* 32 bytes; sorted by synonym */
+  const char *synonym;
+  const char *name;                     /* library name */
+  const char *authority;                /* whose spelling: "EPSG", "PostGIS" */
+  uint64_t reserved;
+} ko_db_synonym_rec;
+typedef struct ko_db_text_rec {         /* 16 bytes; description, defstring */
+  int32_t code, reserved;
+  const char *text;
+} ko_db_text_rec;
+typedef struct ko_db_version_rec {      /* 24 bytes */
+  int32_t code, reserved;
+  const char *authority, *version;
+} ko_db_version_rec;
+typedef struct ko_db_areacode_rec {     /* 12 bytes; one per area of use */
+  int32_t code, area, sequence;
+} ko_db_areacode_rec;
+typedef struct ko_db_areainfo_rec {     /* 24 bytes; by area code */
+  int32_t area, reserved;
+  const char *path;                     /* "Europe/France" */
+  const char *name;
+} ko_db_areainfo_rec;
+/* Pairs: deprecated (code, flags: 1 deprecated), codechange (old, new),
+ * axis (code, EPSG coordinate system), exception (code, flags below). */
+typedef struct ko_db_pair_rec {         /* 8 bytes */
+  int32_t code, value;
+} ko_db_pair_rec;
+#define KO_DB_EXC_SYSTEM_REPLACED 1     /* a geocentric or compound end replaced */
+#define KO_DB_EXC_ROTATIONS_NEGATED 2   /* position-vector rotations stored as frame */
+#define KO_DB_EXC_HEIGHT_DROPPED 4      /* a height offset has no library parameter */
+#define KO_DB_EXC_SCALE_UNIT_FIXED 8    /* scale difference labelled unity is ppm */
+#define KO_DB_EXC_TIME_SPECIFIC 16      /* parameters valid at one epoch */
+typedef struct ko_db_gcsvcs_rec {       /* 16 bytes; sorted by gcs */
+  int32_t gcs, gcs3d, vcs, xyz;         /* 2D, 3D, vertical, geocentric */
+} ko_db_gcsvcs_rec;
+typedef struct ko_db_ensemble_rec {     /* 24 bytes; members in sequence */
+  int32_t code, member, sequence, reserved;
+  double accuracy;                      /* metres */
+} ko_db_ensemble_rec;
+typedef struct ko_db_epoch_rec {        /* 16 bytes; dynamic frames */
+  int32_t code, reserved;
+  double epoch;                         /* decimal year */
+} ko_db_epoch_rec;
+
+/* Code ranges per type; the records end with a zero record. */
+typedef struct ko_db_range_rec {        /* 16 bytes */
+  int32_t low, high;
+  char authority[8];
+} ko_db_range_rec;
+typedef struct ko_db_ranges {           /* 24 bytes */
+  uint32_t type;
+  int32_t count;                        /* ranges in use */
+  int32_t capacity;                     /* records, the zero record included */
+  const ko_db_range_rec *recs;
+} ko_db_ranges;
+
+/* Registry row: type and fifteen tables (null when the type has none). */
+typedef struct ko_db_builtin_entry {
+  uint32_t type;
+  const ko_db_tbl *deprecated;
+  const ko_db_tbl *codechange;
+  ko_db_synonym_rtn synonym;
+  const ko_db_tbl *data;
+  const ko_db_list *name;
+  const ko_db_tbl *version;
+  const ko_db_tbl *defstring;
+  const ko_db_tbl *areainfo;
+  const ko_db_tbl *areacode;
+  const ko_db_tbl *description;
+  const ko_db_tbl *exception;
+  const ko_db_tbl *gcsvcs;
+  const ko_db_tbl *axis;
+  const ko_db_tbl *ensemble;
+  const ko_db_tbl *epoch;
+} ko_db_builtin_entry;
+
+/* Where the catalogue comes from. */
+typedef struct ko_db_source {
+  const char *authority;                /* "EPSG" */
+  const char *version;                  /* "v10.076" */
+  const char *date;                     /* "2022-08-31" */
+  const char *terms;                    /* terms of use */
+} ko_db_source;
+
+KO_API extern const ko_db_builtin_entry ko_db_builtin_registry[];
+KO_API extern const ko_db_source ko_db_builtin_source;
+
+#define KO_DB_TABLES(t)                                                      \
+  KO_API extern const ko_db_tbl ko_obj_##t##_data_tbl, ko_obj_##t##_version_tbl, \
+      ko_obj_##t##_defstring_tbl, ko_obj_##t##_description_tbl;             \
+  KO_API extern const ko_db_list ko_obj_##t##_name_tbl, ko_obj_##t##_synonym_tbl; \
+  KO_API const ko_db_list *ko_obj_##t##_synonym_tbl_rtn(void)
+#define KO_DB_HISTORY(t) \
+  KO_API extern const ko_db_tbl ko_obj_##t##_deprecated_tbl, ko_obj_##t##_codechange_tbl
+KO_DB_TABLES(geogcs); KO_DB_TABLES(projcs); KO_DB_TABLES(vertcs); KO_DB_TABLES(gxyzcs);
+KO_DB_TABLES(hvcoordsys); KO_DB_TABLES(datum); KO_DB_TABLES(vdatum); KO_DB_TABLES(geogtran);
+KO_DB_TABLES(verttran); KO_DB_TABLES(angunit); KO_DB_TABLES(linunit); KO_DB_TABLES(scaleunit);
+KO_DB_TABLES(areaunit); KO_DB_TABLES(primem); KO_DB_TABLES(spheroid); KO_DB_TABLES(htmethod);
+KO_DB_TABLES(method); KO_DB_TABLES(vtmethod); KO_DB_TABLES(projection); KO_DB_TABLES(parameter);
+KO_DB_HISTORY(geogcs); KO_DB_HISTORY(projcs); KO_DB_HISTORY(vertcs); KO_DB_HISTORY(gxyzcs);
+KO_DB_HISTORY(hvcoordsys); KO_DB_HISTORY(datum); KO_DB_HISTORY(vdatum); KO_DB_HISTORY(geogtran);
+KO_DB_HISTORY(verttran); KO_DB_HISTORY(angunit); KO_DB_HISTORY(linunit);
+KO_DB_HISTORY(scaleunit); KO_DB_HISTORY(areaunit); KO_DB_HISTORY(primem);
+KO_DB_HISTORY(spheroid);
+KO_API extern const ko_db_tbl ko_obj_geogcs_areacode_tbl, ko_obj_projcs_areacode_tbl,
+    ko_obj_vertcs_areacode_tbl, ko_obj_gxyzcs_areacode_tbl, ko_obj_hvcoordsys_areacode_tbl,
+    ko_obj_geogtran_areacode_tbl, ko_obj_verttran_areacode_tbl;
+KO_API extern const ko_db_tbl ko_obj_geogcs_areainfo_tbl, ko_obj_projcs_areainfo_tbl,
+    ko_obj_vertcs_areainfo_tbl;
+KO_API extern const ko_db_tbl ko_obj_geogcs_axis_tbl, ko_obj_projcs_axis_tbl,
+    ko_obj_vertcs_axis_tbl, ko_obj_gxyzcs_axis_tbl;
+KO_API extern const ko_db_tbl ko_obj_geogcs_gcsvcs_tbl, ko_obj_vertcs_gcsvcs_tbl,
+    ko_obj_gxyzcs_gcsvcs_tbl;
+KO_API extern const ko_db_tbl ko_obj_datum_ensemble_tbl, ko_obj_vdatum_ensemble_tbl,
+    ko_obj_datum_epoch_tbl, ko_obj_vdatum_epoch_tbl;
+KO_API extern const ko_db_tbl ko_obj_geogtran_exception_tbl, ko_obj_verttran_exception_tbl;
+KO_API extern const ko_db_tbl ko_obj_extent_data_tbl;
+KO_API extern const ko_db_parm_rec ko_obj_projcs_parms[], ko_obj_geogtran_parms[],
+    ko_obj_verttran_parms[];
+KO_API extern const int32_t ko_obj_projcs_parms_cnt, ko_obj_geogtran_parms_cnt,
+    ko_obj_verttran_parms_cnt;
+/* Grid file names of Dataset_ parameters, by the parameter's aux index. */
+KO_API extern const char *const ko_obj_geogtran_parm_texts[];
+KO_API extern const char *const ko_obj_verttran_parm_texts[];
+KO_API extern const int32_t ko_obj_geogtran_parm_texts_cnt, ko_obj_verttran_parm_texts_cnt;
+KO_API extern const ko_db_ranges ko_coderanges_tbl_geogcs, ko_coderanges_tbl_projcs,
+    ko_coderanges_tbl_datum, ko_coderanges_tbl_geogtran, ko_coderanges_tbl_spheroid,
+    ko_coderanges_tbl_linunit;
+
+/* Name hash: hash * 65599 + lower-case character over the characters other
+ * than white space and ( ) - / \ _, unsigned 32-bit; 0 for null or "". */
+KO_API uint32_t ko_str_hashcode(const char *name);
+
+/* Registry row of a type (exact type code), or null. */
+KO_API const ko_db_builtin_entry *ko_db_builtin_data_find(uint32_t type);
+/* Binary search of a data table by code; null outside the table's codes. */
+KO_API const void *ko_db_builtin_data_lookup_code(const ko_db_tbl *data, int32_t code);
+KO_API const ko_db_extent_rec *ko_db_builtin_extent_lookup_code(const ko_db_tbl *data,
+                                                                int32_t code);
+/* The data record of a name: through the name hash, else the first record
+ * whose name equals it ignoring case. */
+KO_API const void *ko_db_builtin_data_lookup_name(const ko_db_builtin_entry *row,
+                                                  const char *name);
+/* Synonyms: by synonym (compared as names are: ignoring case, white space
+ * and ( ) - / \ _) and by library name; a null or empty authority
+ * matches any, else it is compared ignoring case. */
+KO_API const ko_db_synonym_rec *ko_db_builtin_synonym_s_lookup(const ko_db_builtin_entry *row,
+                                                               const char *synonym,
+                                                               const char *authority);
+KO_API const ko_db_synonym_rec *ko_db_builtin_synonym_a_lookup(const ko_db_builtin_entry *row,
+                                                               const char *name,
+                                                               const char *authority);
+KO_API const ko_db_pair_rec *ko_db_builtin_codechange_lookup_old(const ko_db_builtin_entry *row,
+                                                                 int32_t old_code);
+KO_API const ko_db_pair_rec *ko_db_builtin_codechange_lookup_new(const ko_db_builtin_entry *row,
+                                                                 int32_t new_code);
+KO_API const ko_db_text_rec *ko_db_builtin_description_lookup(const ko_db_builtin_entry *row,
+                                                              int32_t code);
+KO_API const ko_db_text_rec *ko_db_builtin_defstring_lookup_code(const ko_db_builtin_entry *row,
+                                                                 int32_t code);
+KO_API const ko_db_text_rec *ko_db_builtin_defstring_lookup_name(const ko_db_builtin_entry *row,
+                                                                 const char *text);
+/* First area of use of an object; its areainfo by area code. */
+KO_API const ko_db_areacode_rec *ko_db_builtin_areacode_lookup(const ko_db_builtin_entry *row,
+                                                               int32_t code);
+KO_API const ko_db_areainfo_rec *ko_db_builtin_areainfo_lookup(const ko_db_builtin_entry *row,
+                                                               int32_t area);
+KO_API const ko_db_pair_rec *ko_db_builtin_deprecated_lookup(const ko_db_builtin_entry *row,
+                                                             int32_t code);
+KO_API const ko_db_pair_rec *ko_db_builtin_axis_lookup(const ko_db_builtin_entry *row,
+                                                       int32_t code);
+/* First member of an ensemble (the others follow in sequence). */
+KO_API const ko_db_ensemble_rec *ko_db_builtin_ensemble_lookup(const ko_db_builtin_entry *row,
+                                                               int32_t code);
+KO_API const ko_db_epoch_rec *ko_db_builtin_epoch_lookup(const ko_db_builtin_entry *row,
+                                                         int32_t code);
+KO_API const ko_db_pair_rec *ko_db_builtin_exception_lookup(const ko_db_builtin_entry *row,
+                                                            int32_t code);
+KO_API const ko_db_version_rec *ko_db_builtin_version_lookup(const ko_db_builtin_entry *row,
+                                                             int32_t code);
+KO_API const ko_db_gcsvcs_rec *ko_db_builtin_gcsvcs_lookup_by_gcs(const ko_db_builtin_entry *row,
+                                                                  int32_t code);
+KO_API const ko_db_gcsvcs_rec *ko_db_builtin_gcsvcs_lookup_by_xyz(const ko_db_builtin_entry *row,
+                                                                  int32_t code);
+KO_API const ko_db_gcsvcs_rec *ko_db_builtin_gcsvcs_lookup_by_vcs(const ko_db_builtin_entry *row,
+                                                                  int32_t code);
+/* "EPSG Geodetic Parameter Dataset v10.076 (2022-08-31)"; returns buf. */
+KO_API char *ko_db_builtin_version_info(char *buf, int size);
+
+/* The object model's synonym lookups.  by_syn: the library name whose
+ * synonym `name` is for `authority` (null or empty: any), else a copy of
+ * name.  by_act: that authority's spelling of the library name, else a
+ * copy.  out holds 80 bytes; both return out. */
+KO_API char *ko_synonym_lookup_by_syn(uint32_t type, const char *name, const char *authority,
+                                      char *out80);
+KO_API char *ko_synonym_lookup_by_act(uint32_t type, const char *libname, const char *authority,
+                                      char *out80);
+
+/* The generic database record that searches fill. */
+typedef struct ko_db_rec {
+  uint32_t type;
+  uint32_t kind;                        /* KO_DB_KIND_* of the table it came from */
+  int32_t code;                         /* object code (old code of a code change) */
+  int32_t codes[5];                     /* related codes, see ko_db_builtin_rec_copy */
+  double values[6];                     /* numbers, see ko_db_builtin_rec_copy */
+  int32_t parm_count;                   /* parameters placed */
+  int32_t parm_codes[KO_PARM_COUNT];    /* parameter code by slot, 0 when empty */
+  double parms[KO_PARM_COUNT];          /* value by slot, in the pool's units */
+  char name[KO_NAME_SIZE];
+  char text[256];                       /* description, defstring, synonym, path */
+  char text2[KO_NAME_SIZE];             /* authority, version, area name, plural */
+  char text3[KO_NAME_SIZE];             /* unit abbreviation */
+  char dataset[256];                    /* grid file of a Dataset_ parameter */
+} ko_db_rec;
+
+/* Table kinds (bits of a database's table mask) and search modes. */
+#define KO_DB_KIND_DATA 1
+#define KO_DB_KIND_CODECHANGE 2
+#define KO_DB_KIND_DEPRECATED 4
+#define KO_DB_KIND_SYNONYM 8
+#define KO_DB_KIND_VERSION 16
+#define KO_DB_KIND_AXIS 32
+#define KO_DB_KIND_DESCRIPTION 64
+#define KO_DB_KIND_DEFSTRING 128
+#define KO_DB_KIND_AREAINFO 256
+#define KO_DB_KIND_AREACODE 512
+#define KO_DB_KIND_EXCEPTION 1024
+#define KO_DB_KIND_GCSVCS 2048
+#define KO_DB_KIND_ENSEMBLE 4096
+#define KO_DB_KIND_EPOCH 8192
+#define KO_DB_KIND_ALL 16383
+#define KO_DB_MODE_CODE 1
+#define KO_DB_MODE_NAME 2
+#define KO_DB_MODE_SYNONYM 4
+#define KO_DB_MODE_LIBNAME 5
+#define KO_DB_MODE_OLD_CODE 6
+#define KO_DB_MODE_NEW_CODE 7
+#define KO_DB_MODE_AREA 10
+#define KO_DB_MODE_GCS 11
+#define KO_DB_MODE_XYZ 12
+#define KO_DB_MODE_VCS 13
+
+/* A search key: the code, or the name (and the authority of synonyms). */
+typedef struct ko_db_key {
+  int32_t code;
+  const char *name;
+  const char *authority;
+} ko_db_key;
+
+/* A database of the database registry, with its error slot. */
+typedef struct ko_db ko_db;
+typedef struct ko_db_vector {
+  int (*open)(ko_db *db, const char *path);
+  int (*close)(ko_db *db);
+  int (*create)(ko_db *db, const char *path);
+  int (*del)(ko_db *db, const char *path);
+  int (*flush)(ko_db *db);
+  int (*addrec)(ko_db *db, uint32_t type, const ko_db_rec *rec);
+  int (*updrec)(ko_db *db, uint32_t type, const ko_db_rec *rec);
+  int (*delrec)(ko_db *db, uint32_t type, int32_t code);
+  int (*count)(ko_db *db, uint32_t type);
+  int (*index)(ko_db *db, uint32_t type, int32_t position, ko_db_rec *rec);
+  int (*search)(ko_db *db, uint32_t type, uint32_t kind, const ko_db_key *key, int mode,
+                ko_db_rec *result);
+} ko_db_vector;
+struct ko_db {
+  uint32_t dbid;
+  uint32_t type_mask;                   /* types the database answers */
+  uint32_t table_mask;                  /* KO_DB_KIND_* it answers */
+  int32_t reserved;
+  const ko_db_vector *vector;
+  void *handle;
+  ko_err err;                           /* the last failure */
+};
+
+/* The compiled-in database's operations, in the order of the vector. */
+KO_API extern const ko_db_vector ko_db_builtin_vector_tbl;
+KO_API int ko_db_builtin_open(ko_db *db, const char *path);
+KO_API int ko_db_builtin_close(ko_db *db);
+/* The six writing operations record error 502 in db->err and return -1. */
+KO_API int ko_db_builtin_create(ko_db *db, const char *path);
+KO_API int ko_db_builtin_delete(ko_db *db, const char *path);
+KO_API int ko_db_builtin_flush(ko_db *db);
+KO_API int ko_db_builtin_addrec(ko_db *db, uint32_t type, const ko_db_rec *rec);
+KO_API int ko_db_builtin_updrec(ko_db *db, uint32_t type, const ko_db_rec *rec);
+KO_API int ko_db_builtin_delrec(ko_db *db, uint32_t type, int32_t code);
+/* Records of a type (data records, or the names of the method-like
+ * lists), -1 for an unknown type; the record at a position, 1 or 0. */
+KO_API int ko_db_builtin_count(ko_db *db, uint32_t type);
+KO_API int ko_db_builtin_index(ko_db *db, uint32_t type, int32_t position, ko_db_rec *rec);
+/* 1 when found (result filled), 0 when not or not answered. */
+KO_API int ko_db_builtin_search(ko_db *db, uint32_t type, uint32_t kind, const ko_db_key *key,
+                                int mode, ko_db_rec *result);
+/* Fill a generic record from a table record of the given kind; obj_copy
+ * takes a data record and also places the parameters by slot.  1 on
+ * success, 0 for null arguments or an unknown type or kind. */
+KO_API int ko_db_builtin_rec_copy(uint32_t type, uint32_t kind, const void *record,
+                                  ko_db_rec *out);
+KO_API int ko_db_builtin_obj_copy(uint32_t type, const void *record, ko_db_rec *out);
 
 /* ======================================================================
  * Factory

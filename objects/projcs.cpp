@@ -1,6 +1,7 @@
 // Projected coordinate system: a geographic system and a conversion, with
 // axes, one linear unit, metadata, remark and the projection constants that
 // the point conversion loads on first use.
+#include "objects/composite.h"
 #include "objects/parameter.h"
 #include "objects/projcs.h"
 #include "objects/system_parts.h"
@@ -260,13 +261,14 @@ int ko_projcs_p(const void *obj) { return ko::live_projcs(obj) != nullptr; }
 ko_projcs *ko_projcs_clone(const ko_projcs *p) {
   const ko_projcs *src = ko::live_projcs(p);
   if (src == nullptr) return nullptr;
-  ko::Unique<ko_geogcs> geogcs(ko_geogcs_clone(src->geogcs));
-  ko::Unique<ko_conversion> conversion(ko_conversion_clone(src->conversion));
-  ko::Unique<ko_linunit> unit(src->unit != nullptr ? ko_linunit_clone(src->unit) : nullptr);
+  ko::Unique<ko_geogcs> geogcs;
+  ko::Unique<ko_conversion> conversion;
+  ko::Unique<ko_linunit> unit;
   ko::SystemPartsClone parts(src->axes, src->dimension, src->metadata, src->remark);
-  if (geogcs == nullptr || conversion == nullptr || (src->unit != nullptr && unit == nullptr) ||
-      !parts.ok())
-    return nullptr;
+  bool ok = parts.ok() && ko::clone_part(src->geogcs, geogcs, ko_geogcs_clone) &&
+            ko::clone_part(src->conversion, conversion, ko_conversion_clone) &&
+            ko::clone_part(src->unit, unit, ko_linunit_clone);
+  if (!ok) return nullptr;
   ko_projcs *copy = ko_projcs_ext_new_errext(ko_header_get_name(src), geogcs.get(),
                                              conversion.get(), src->dimension, parts.axes(),
                                              unit.get(), parts.metadata(), parts.remark(),
@@ -276,8 +278,7 @@ ko_projcs *ko_projcs_clone(const ko_projcs *p) {
   conversion.release();
   unit.release();
   parts.release();
-  if (!ko::header_copy_checked(copy, src)) return ko_projcs_del(copy);
-  return copy;
+  return ko::with_header_of(copy, src, ko_projcs_del);
 }
 
 ko_projcs *ko_projcs_del(ko_projcs *p) {

@@ -1,19 +1,17 @@
 // Cloning the axes, metadata vector and remark of a coordinate system.
 #include "objects/system_parts.h"
 
+#include "objects/composite.h"
+
 namespace ko {
 
 SystemPartsClone::SystemPartsClone(ko_axis *const *axes, int dimension,
                                    ko_metadata *const *metadata, const ko_remark *remark) {
-  if (remark != nullptr) {
-    remark_.reset(ko_remark_clone(remark));
-    ok_ = remark_ != nullptr;
-  }
+  ok_ = clone_part(remark, remark_, ko_remark_clone);
   has_axes_ = axes != nullptr && axes[0] != nullptr;
   for (int i = 0; ok_ && has_axes_ && i < dimension && i < KO_AXIS_MAX; ++i) {
-    axes_[i].reset(ko_axis_clone(axes[i]));
+    ok_ = clone_part(axes[i], axes_[i], ko_axis_clone);
     axis_ptrs_[i] = axes_[i].get();
-    ok_ = axes_[i] != nullptr;
   }
   if (ok_ && metadata != nullptr) {
     metadata_ = ko_metadata_vector_clone(metadata);

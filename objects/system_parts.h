@@ -1,6 +1,5 @@
-// Cloning the parts that geographic and projected coordinate systems both
-// own besides their own sub-objects: axes, metadata vector and remark.
-// Internal.
+// Cloning the parts that every coordinate system owns besides its own
+// sub-objects: axes, metadata vector and remark.  Internal.
 #pragma once
 
 #include "objects/geodetic.h"

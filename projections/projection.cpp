@@ -38,9 +38,19 @@ ko_projection *make_projection(const ko_projlist_entry *vector, uint32_t status)
   return p;
 }
 
-const ko_projlist_entry *vector_of(const ko_projection *projection) {
+// A function slot of the vector of the projection's code, or null.
+template <auto Slot>
+auto vector_slot(const ko_projection *projection) {
   const ko_projection *p = live_projection(projection);
-  return p != nullptr ? ko_projlist_from_code(p->code) : nullptr;
+  const ko_projlist_entry *v = p != nullptr ? ko_projlist_from_code(p->code) : nullptr;
+  return v != nullptr ? v->*Slot : nullptr;
+}
+
+// A function pointer the projection object copied from its vector, or null.
+template <auto Member>
+auto copied_slot(const ko_projection *projection) {
+  const ko_projection *p = live_projection(projection);
+  return p != nullptr ? p->*Member : nullptr;
 }
 
 }  // namespace
@@ -103,43 +113,32 @@ int ko_projection_eq(const ko_projection *a, const ko_projection *b) {
 }
 
 ko_proj_fn ko_projection_forward(const ko_projection *projection) {
-  const ko_projection *p = live_projection(projection);
-  return p != nullptr ? p->forward : nullptr;
+  return copied_slot<&ko_projection::forward>(projection);
 }
-
 ko_proj_fn ko_projection_inverse(const ko_projection *projection) {
-  const ko_projection *p = live_projection(projection);
-  return p != nullptr ? p->inverse : nullptr;
+  return copied_slot<&ko_projection::inverse>(projection);
 }
-
 ko_proj_constfunc ko_projection_constfunc(const ko_projection *projection) {
-  const ko_projection *p = live_projection(projection);
-  return p != nullptr ? p->constfunc : nullptr;
+  return copied_slot<&ko_projection::constfunc>(projection);
 }
 
 ko_proj_fn ko_projlist_get_forward(const ko_projection *projection) {
-  const ko_projlist_entry *v = vector_of(projection);
-  return v != nullptr ? v->forward : nullptr;
+  return vector_slot<&ko_projlist_entry::forward>(projection);
 }
 ko_proj_fn ko_projlist_get_inverse(const ko_projection *projection) {
-  const ko_projlist_entry *v = vector_of(projection);
-  return v != nullptr ? v->inverse : nullptr;
+  return vector_slot<&ko_projlist_entry::inverse>(projection);
 }
 ko_proj_constfunc ko_projlist_get_constfunc(const ko_projection *projection) {
-  const ko_projlist_entry *v = vector_of(projection);
-  return v != nullptr ? v->constfunc : nullptr;
+  return vector_slot<&ko_projlist_entry::constfunc>(projection);
 }
 ko_proj_validfunc ko_projlist_get_validfunc(const ko_projection *projection) {
-  const ko_projlist_entry *v = vector_of(projection);
-  return v != nullptr ? v->validfunc : nullptr;
+  return vector_slot<&ko_projlist_entry::validfunc>(projection);
 }
 ko_proj_compfunc ko_projlist_get_compfunc(const ko_projection *projection) {
-  const ko_projlist_entry *v = vector_of(projection);
-  return v != nullptr ? v->compfunc : nullptr;
+  return vector_slot<&ko_projlist_entry::compfunc>(projection);
 }
 ko_proj_parmfunc ko_projlist_get_parmfunc(const ko_projection *projection) {
-  const ko_projlist_entry *v = vector_of(projection);
-  return v != nullptr ? v->parmfunc : nullptr;
+  return vector_slot<&ko_projlist_entry::parmfunc>(projection);
 }
 
 int ko_projection_valid(ko_parameter *const *parms, const char *name, int32_t code,
