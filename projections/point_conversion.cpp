@@ -122,7 +122,6 @@ void remove_false_origin(double *coords, int n, const Frame &f) {
     for (std::size_t k = 0; k < 2; ++k) coords[i + k] = coords[i + k] * f.linear - origin[k];
 }
 
-
 // Asks for the next block while the projection works on this one, so that
 // the unit pass finds it in the cache instead of waiting on memory.
 void prefetch_block(const double *block, int m) {
