@@ -313,13 +313,11 @@ int ko_projcs_eqnn(const ko_projcs *a, const ko_projcs *b) {
 }
 
 ko_geogcs *ko_projcs_geogcs(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->geogcs : nullptr;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::geogcs, nullptr);
 }
 
 ko_conversion *ko_projcs_conversion(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->conversion : nullptr;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::conversion, nullptr);
 }
 
 ko_projection *ko_projcs_projection(const ko_projcs *p) {
@@ -327,8 +325,7 @@ ko_projection *ko_projcs_projection(const ko_projcs *p) {
 }
 
 ko_linunit *ko_projcs_linunit(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->unit : nullptr;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::unit, nullptr);
 }
 
 ko_linunit *ko_projcs_unit(const ko_projcs *p) {
@@ -346,8 +343,7 @@ ko_linunit *ko_projcs_vert_unit(const ko_projcs *p) {
 }
 
 int ko_projcs_dimension(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->dimension : 0;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::dimension, 0);
 }
 
 ko_axis *ko_projcs_axis(const ko_projcs *p, int index) {
@@ -357,13 +353,11 @@ ko_axis *ko_projcs_axis(const ko_projcs *p, int index) {
 }
 
 ko_metadata **ko_projcs_metadata_vector(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->metadata : nullptr;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::metadata, nullptr);
 }
 
 ko_remark *ko_projcs_remark(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->remark : nullptr;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::remark, nullptr);
 }
 
 int ko_projcs_parm_array(const ko_projcs *p, double *out) {

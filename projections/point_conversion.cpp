@@ -20,6 +20,7 @@
 // builds temporary constants per call and could fail on some calls only.
 // The next block is prefetched while the projection works on the current
 // one, so the unit pass does not wait on memory either.
+#include "objects/composite.h"
 #include "objects/projcs.h"
 
 #include <algorithm>
@@ -213,8 +214,7 @@ void ko_projcs_unload_constants(ko_projcs *p) {
 }
 
 ko_constants *ko_projcs_constants(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->constants : nullptr;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::constants, nullptr);
 }
 
 int ko_geog_to_proj(ko_projcs *p, int n, double *coords) {
