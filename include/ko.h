@@ -1682,7 +1682,11 @@ KO_API int ko_geogtran_usable(const ko_geogtran *gt);
  * could not be allocated; else what the method's loader returned).
  * load_constants_with_extent: 1 when constants are loaded or not needed,
  * else 0; flag and extent are handed to the loader.  load_constants is
- * the same with flag 1 and no extent. */
+ * the same with flag 1 and no extent.  A failure that stands is reported
+ * once to the message callback and the log (source
+ * "ko_geogtran_load_constants_with_extent"): error 356 with the message
+ * "<name>: cannot read grid <files>" for a grid method, error 1 when memory
+ * ran out. */
 KO_API int ko_geogtran_load_constants_with_extent(ko_geogtran *gt, int flag,
                                                   const ko_gcs_extent *extent);
 KO_API int ko_geogtran_load_constants(ko_geogtran *gt);

@@ -67,6 +67,27 @@ const char *dataset_name(const ko_geogtran &gt) {
   return ko_parameter_p(dataset) ? ko_header_get_name(dataset) : nullptr;
 }
 
+// A failed constants load is final, so it is reported once, to the message
+// callback and the log: a grid method names the files it could not read.
+void report_load_failure(const ko_geogtran &g) {
+  constexpr const char *kLoadSource = "ko_geogtran_load_constants_with_extent";
+  const char *name = ko_header_get_name(&g);
+  if (g.constants_status == kGtConstantsNoRecord) {
+    ko::report_no_memory(nullptr, kLoadSource, name);
+    return;
+  }
+  char files[3 * 1024 + 16];
+  if (ko_geogtran_filenames(&g, files, static_cast<int>(sizeof files)) > 0) {
+    for (char &c : files)
+      if (c == '\n') c = ' ';
+    ko_err_fmt(nullptr, KO_SEV_ERROR, KO_ERRCAT_ARGUMENT, 356, kLoadSource,
+               "%s: cannot read grid %s", name, files);
+    return;
+  }
+  ko_err_fmt(nullptr, KO_SEV_ERROR, KO_ERRCAT_ARGUMENT, 356, kLoadSource,
+             "%s: the method's constants cannot be built from its parameters", name);
+}
+
 }  // namespace
 
 extern "C" {
@@ -274,8 +295,9 @@ int ko_geogtran_usable(const ko_geogtran *gt) {
   return usable != nullptr ? usable(dataset_name(*g)) : 1;
 }
 
-// A negative status is final until the constants are unloaded; a loader
-// result of 0 leaves the status at 0, so that the next call tries again.
+// A negative status is final until the constants are unloaded (and is
+// reported once); a loader result of 0 leaves the status at 0, so that the
+// next call tries again.
 int ko_geogtran_load_constants_with_extent(ko_geogtran *gt, int flag,
                                            const ko_gcs_extent *extent) {
   ko_geogtran *g = ko::live_geogtran(gt);
@@ -290,6 +312,7 @@ int ko_geogtran_load_constants_with_extent(ko_geogtran *gt, int flag,
   ko_constants *constants = ko_constants_new();
   if (constants == nullptr) {
     g->constants_status = kGtConstantsNoRecord;
+    report_load_failure(*g);
     return 0;
   }
   g->constants_status = loader(constants, g->parms, flag, extent);
@@ -298,6 +321,7 @@ int ko_geogtran_load_constants_with_extent(ko_geogtran *gt, int flag,
     return 1;
   }
   ko_constants_del(constants);
+  if (g->constants_status < 0) report_load_failure(*g);
   return 0;
 }
 
