@@ -1613,11 +1613,13 @@ KO_DECLARE_OBJECT_FORWARDS(method, ko_method)
  * loaded method constants (grids).  The constructors take ownership of
  * every object handed to them on success (each object at most once; the
  * same GCS as both sides is kept once); the parameter array itself stays
- * the caller's.  On failure the caller keeps everything.  In order: name
+ * the caller's, and a slot that holds no live parameter counts as empty.
+ * On failure the caller keeps everything, unchanged.  In order: name
  * longer than 79 characters warning 354; not a method 335; GCS 1 not a GCS
  * 332; GCS 2 not a GCS 333 (unless the method works inside one GCS); null
- * parameter array 330; the method's validity check; memory 1.  The
- * parameters' units are then fixed (ko_geogtran_parameters_fix). */
+ * parameter array 330; the parameters' units are fixed
+ * (ko_geogtran_parameters_fix), so that the method's validity check reads
+ * unitless values in those units; the validity check; memory 1. */
 #define KO_OPVERSION_SIZE 80
 KO_API ko_geogtran *ko_geogtran_ext_new_errext(const char *name, ko_geogcs *gcs1,
                                                ko_geogcs *gcs2, ko_method *method,
