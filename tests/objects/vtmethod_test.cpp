@@ -119,8 +119,10 @@ TEST(Vtmethod, ObjectsFromCodeAndName) {
   ASSERT_NE(c, nullptr);
   EXPECT_EQ(ko_vtmethod_eq(c, o), 1);
   EXPECT_EQ(ko_authority_authcode(ko_object_authority_const(c)), 9616);
-  EXPECT_EQ(ko_object_clone(c) != nullptr, true);
-  for (ko_vtmethod *x : {m, n, o, c}) ko_vtmethod_del(x);
+  auto *generic = static_cast<ko_vtmethod *>(ko_object_clone(c));
+  EXPECT_EQ(ko_object_eq(generic, m), 0);
+  EXPECT_EQ(ko_object_eq(generic, o), 1);
+  for (ko_vtmethod *x : {m, n, o, c, generic}) ko_vtmethod_del(x);
 }
 
 TEST(Vtmethod, UnknownCodesAndNames) {
