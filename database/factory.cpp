@@ -38,6 +38,9 @@ constexpr Kind kKinds[] = {
     {KO_TYPE_GEOGCS, build_geogcs, "GCS_", nullptr},
     {KO_TYPE_PROJECTION, build_projection, nullptr, description_display},
     {KO_TYPE_PARAMETER, build_parameter, nullptr, description_display},
+    {KO_TYPE_PROJCS, build_projcs, nullptr, nullptr},
+    {KO_TYPE_METHOD, build_method, nullptr, description_display},
+    {KO_TYPE_GEOGTRAN, build_geogtran, nullptr, nullptr},
 };
 
 // A type as callers name it: the number reported for a code it does not

@@ -58,6 +58,8 @@ void *build_geogcs(const Found &found, Context &ctx);
 void *build_projection(const Found &found, Context &ctx);
 void *build_parameter(const Found &found, Context &ctx);
 void *build_projcs(const Found &found, Context &ctx);
+void *build_method(const Found &found, Context &ctx);
+void *build_geogtran(const Found &found, Context &ctx);
 
 // A part of a record (a system's datum, unit, projection ...): the object
 // of exactly this code, without following code changes, with its own

@@ -265,6 +265,9 @@ constexpr Dispatch kDispatch[] = {
     KO_DISPATCH(spheroid, KO_TYPE_SPHEROID),
     KO_DISPATCH(projection, KO_TYPE_PROJECTION),
     KO_DISPATCH(parameter, KO_TYPE_PARAMETER),
+    KO_DISPATCH(projcs, KO_TYPE_PROJCS),
+    KO_DISPATCH(method, KO_TYPE_METHOD),
+    KO_DISPATCH(geogtran, KO_TYPE_GEOGTRAN),
     KO_DISPATCH(extent, KO_TYPE_EXTENT),
 };
 

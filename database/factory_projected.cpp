@@ -78,7 +78,44 @@ bool build_pool_parameters(const ko_db_parm_rec *pool, int32_t pool_count, int32
   return true;
 }
 
+// The conversion is named after its projection; the projected system
+// fixes its parameters' units on construction (angles in its geographic
+// system's angular unit, lengths in its own linear unit).
+void *build_projcs(const Found &found, Context &ctx) {
+  const auto *r = static_cast<const ko_db_projcs_rec *>(found.record);
+  ko::Unique<ko_geogcs> geogcs(build_part_as<ko_geogcs>(KO_TYPE_GEOGCS, r->geogcs, ctx));
+  if (geogcs == nullptr) return nullptr;
+  ko::Unique<ko_linunit> unit(build_part_as<ko_linunit>(KO_TYPE_LINUNIT, r->linunit, ctx));
+  if (unit == nullptr) return nullptr;
+  ko::Unique<ko_projection> projection(
+      build_part_as<ko_projection>(KO_TYPE_PROJECTION, r->projection, ctx));
+  if (projection == nullptr) return nullptr;
+  std::array<ko_parameter *, KO_PARM_COUNT> parms{};
+  if (!build_pool_parameters(ko_obj_projcs_parms, ko_obj_projcs_parms_cnt, r->parm_first,
+                             r->parm_count, nullptr, 0, parms.data(), ctx))
+    return nullptr;
+  ko::Unique<ko_conversion> conversion(
+      ko_conversion_new_errext(projection.get(), parms.data(), ctx.err));
+  if (conversion == nullptr) {
+    delete_parameters(parms.data());
+    return nullptr;
+  }
+  projection.release();  // the conversion owns the projection and parameters
+  bool ok = true;
+  UniqueMetadata metadata = area_metadata(found.row, found.code, ok, ctx);
+  if (!ok) return nullptr;
+  ko_projcs *p = ko_projcs_ext_new_errext(r->name, geogcs.get(), conversion.get(), 2, nullptr,
+                                          unit.get(), metadata.get(), nullptr, ctx.err);
+  if (p == nullptr) return nullptr;
+  geogcs.release();
+  conversion.release();
+  unit.release();
+  metadata.release();
+  return p;
+}
+
 }  // namespace ko::factory
 
+KO_DEFINE_FACTORY(projcs, ko_projcs, KO_TYPE_PROJCS)
 KO_DEFINE_FACTORY(projection, ko_projection, KO_TYPE_PROJECTION)
 KO_DEFINE_FACTORY(parameter, ko_parameter, KO_TYPE_PARAMETER)

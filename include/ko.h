@@ -1833,6 +1833,17 @@ KO_DECLARE_FACTORY(projection, ko_projection)
 /* A parameter on its own holds the list's default; angles carry the unit
  * "Degree" (ko_parameter_value in degrees). */
 KO_DECLARE_FACTORY(parameter, ko_parameter)
+/* The conversion is named after its projection; the parameters sit in the
+ * slots of their codes with the system's units (angles in the geographic
+ * system's angular unit, lengths in the system's linear unit, scales
+ * "Unity"), as ko_projcs_parameters_fix gives them. */
+KO_DECLARE_FACTORY(projcs, ko_projcs)
+KO_DECLARE_FACTORY(method, ko_method)
+/* With its method, parameters (translations in "Meter", rotations in
+ * "Arcsecond", scale differences in "Parts_Per_Million", a grid as the
+ * parameter "Dataset_<file>"), accuracy, EPSG's remarks as remark, the
+ * record's version as operation version and its area of use as metadata. */
+KO_DECLARE_FACTORY(geogtran, ko_geogtran)
 
 /* An area of use as a metadata object: the area's name (cut to 79 bytes),
  * its longitude/latitude box and its code as area code and object code.
@@ -1859,6 +1870,36 @@ KO_API int ko_factory_count(uint32_t type);
 KO_API int32_t ko_factory_code_at(uint32_t type, int index);
 KO_API int ko_factory_codes_in_extent(uint32_t type, double lon, double lat, int32_t *out,
                                       int max);
+
+/* The catalogue's geographic transformations between two geographic
+ * systems (codes as the factory takes them, code changes followed), in
+ * either direction, whose area of use holds the point (degrees; a
+ * non-finite longitude or latitude accepts every area).  Deprecated ones
+ * are left out.  Ranked: known accuracy first, the most accurate first;
+ * then the smaller area of use (the more specific); then the lower code.
+ * At most max are written to out; the result is how many there are (0 for
+ * unknown or equal systems), -1 for max below 0 or a null out with max
+ * above 0. */
+typedef struct ko_factory_candidate {
+  int32_t code;       /* the transformation */
+  int32_t direction;  /* 0: as stored (gcs1 is its GCS 1); 1: run inverse */
+  double accuracy;    /* metres; 999.0 unknown */
+} ko_factory_candidate;
+KO_API int ko_factory_geogtran_candidates(int32_t gcs1, int32_t gcs2, double lon, double lat,
+                                          ko_factory_candidate *out, int max);
+/* A composite transformation (see ko_gtlist_entry) from gcs1 to gcs2 at the
+ * point: the best-ranked candidate that builds and whose grid, if it needs
+ * one, can be read (ko_geogtran_usable; the first 32 candidates are
+ * tried).  Without one, two steps through WGS 84 (4326): the best usable
+ * transformation gcs1 to WGS 84, then WGS 84 to gcs2, each chosen alone.
+ * One system to itself gives one step by the "Null" method.  The entry's
+ * rank is its number of steps, rank_primary the sum of the steps'
+ * accuracies in millimetres (999 m counted for an unknown one),
+ * rank_secondary the first step's code.  Unknown systems are error 203, no
+ * path error 225 (message "<gcs1> to <gcs2>"); delete the entry with
+ * ko_gtlist_entry_del. */
+KO_API struct ko_gtlist_entry *ko_factory_gtlist_best(int32_t gcs1, int32_t gcs2, double lon,
+                                                      double lat, ko_err *err);
 
 /* ======================================================================
  * Geographic transformations and methods
