@@ -211,10 +211,10 @@ Found part_record(uint32_t type, int32_t code) {
   return rec != nullptr ? Found{row, rec, code} : Found{};
 }
 
-// Builds the object of a found record and stamps its header; a record
-// marked do-not-use is refused with 509.
-void *build_stamped(const Found &found, uint32_t status, int32_t requested, int32_t orig_code,
-                    Context &ctx) {
+}  // namespace
+
+void *build_record(const Found &found, uint32_t status, int32_t requested, int32_t orig_code,
+                   Context &ctx) {
   uint32_t deprecated = deprecated_bits(found);
   if ((deprecated & KO_STATUS_DONOTUSE) != 0) {
     report_code(ctx, 509, KO_ERRCAT_DATABASE, requested);
@@ -228,6 +228,8 @@ void *build_stamped(const Found &found, uint32_t status, int32_t requested, int3
     return ko_object_del(obj);
   return obj;
 }
+
+namespace {
 
 // The record a name names in one row: through the name hash and the
 // catalogue's case-insensitive match, then through the hash searched in
@@ -313,7 +315,7 @@ void *build_part(uint32_t type, int32_t code, Context &ctx) {
     report_missing(ctx, code);
     return nullptr;
   }
-  return build_stamped(found, KO_STATUS_CODE, code, 0, ctx);
+  return build_record(found, KO_STATUS_CODE, code, 0, ctx);
 }
 
 bool stamp_part(void *obj, uint32_t type, int32_t code, Context &ctx) {
@@ -349,7 +351,7 @@ void *from_code(uint32_t type, int32_t code, ko_err *err, const char *source) {
     return nullptr;
   }
   int32_t orig_code = found.code != code ? code : 0;
-  return build_stamped(found, KO_STATUS_CODE, code, orig_code, ctx);
+  return build_record(found, KO_STATUS_CODE, code, orig_code, ctx);
 }
 
 void *from_name(uint32_t type, const char *name, ko_err *err, const char *source) {
@@ -365,7 +367,7 @@ void *from_name(uint32_t type, const char *name, ko_err *err, const char *source
     report_name(ctx, 132, name);
     return nullptr;
   }
-  return build_stamped(found, KO_STATUS_STRING, found.code, 0, ctx);
+  return build_record(found, KO_STATUS_STRING, found.code, 0, ctx);
 }
 
 }  // namespace ko::factory

@@ -115,6 +115,13 @@ void report_missing(Context &ctx, int32_t code);
 // not know.
 std::span<const uint32_t> members_of(uint32_t type);
 
+// Builds the object of a found record and stamps its header with status
+// (plus the record's deprecated bits, and KO_STATUS_CODECHANGE when
+// orig_code is not 0).  A record marked do-not-use is refused with 509,
+// reported with the code the caller asked for.  Null after a report.
+void *build_record(const Found &found, uint32_t status, int32_t requested, int32_t orig_code,
+                   Context &ctx);
+
 // The public paths: by code (following code changes) and by name.
 void *from_code(uint32_t type, int32_t code, ko_err *err, const char *source);
 void *from_name(uint32_t type, const char *name, ko_err *err, const char *source);
