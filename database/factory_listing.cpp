@@ -255,6 +255,8 @@ void *composite_by_name(const char *name, ko_err *err) {
 constexpr Dispatch kDispatch[] = {
     KO_DISPATCH(geogcs, KO_TYPE_GEOGCS),
     KO_DISPATCH_COMPOSITE(KO_TYPE_COORDSYS),
+    KO_DISPATCH_COMPOSITE(KO_TYPE_HVDATUM),
+    KO_DISPATCH_COMPOSITE(KO_TYPE_TRANSFORM),
     KO_DISPATCH(datum, KO_TYPE_DATUM),
     KO_DISPATCH(linunit, KO_TYPE_LINUNIT),
     KO_DISPATCH(angunit, KO_TYPE_ANGUNIT),

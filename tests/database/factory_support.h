@@ -135,6 +135,17 @@ inline Obj check_code_and_name(uint32_t type, int32_t code) {
   return code == now ? std::move(obj) : std::move(named);
 }
 
+// A record that a lookup must clear on entry.
+inline ko_err stale_record() {
+  ko_err err{};
+  err.severity = KO_SEV_ERROR;
+  err.category = KO_ERRCAT_PARSE;
+  err.number = 463;
+  std::snprintf(err.source, sizeof err.source, "%s", "left over");
+  std::snprintf(err.message, sizeof err.message, "%s", "left over");
+  return err;
+}
+
 // Rows of proj.db (EPSG rows only) by the sqlite3 program; fields split at
 // '|'.  Empty when proj.db or the program is missing.
 inline const char *proj_db() { return "/usr/share/proj/proj.db"; }
