@@ -580,9 +580,264 @@ typedef int (*ko_proj_validfunc)(ko_parameter *const *parms, const char *name, k
  * Units
  * ====================================================================== */
 
+/* Five unit types share one layout: a name, a display name, a plural and an
+ * abbreviation (UTF-16), the factor to the base unit (metres, radians,
+ * square metres, or 1 for scale) and a reference code.  The generic unit
+ * (ko_unit, type KO_TYPE_UNIT) is what a caller builds when the kind is not
+ * known; its constructors return a linear, angular or scale unit (typed
+ * KO_TYPE_LINUNIT, KO_TYPE_ANGUNIT or KO_TYPE_SCALEUNIT) whenever the name
+ * and factor identify one of the unit tables' rows.  A ko_unit pointer may
+ * therefore be any of the three kinds, and functions taking a ko_unit accept
+ * linear, angular and scale units alike. */
+#define KO_UNIT_DISPNAME_SIZE 80 /* UTF-16 units, display name and plural */
+#define KO_UNIT_ABBR_SIZE 16     /* UTF-16 units, abbreviation */
+
+/* A row of a unit table; a table ends with a row of code 0. */
+typedef struct ko_unit_entry {
+  int32_t code;
+  const char *name;
+  double factor;
+} ko_unit_entry;
+
+KO_API extern const ko_unit_entry ko_linunit_tbl[];   /* factor in metres */
+KO_API extern const ko_unit_entry ko_angunit_tbl[];   /* factor in radians */
+KO_API extern const ko_unit_entry ko_areaunit_tbl[];  /* factor in square metres */
+KO_API extern const ko_unit_entry ko_scaleunit_tbl[]; /* factor as a ratio */
+
+/* Rows of a unit table by code and by name (names compared by
+ * ko_strcmp_ci; the first matching row wins).  Null when absent. */
+KO_API const ko_unit_entry *ko_unit_tbl_from_code(const ko_unit_entry *tbl, int32_t code);
+KO_API const ko_unit_entry *ko_unit_tbl_from_name(const ko_unit_entry *tbl, const char *name);
+/* Rows before the end row. */
+KO_API int ko_unit_tbl_count(const ko_unit_entry *tbl);
+
+/* The operations every unit type has, for prefix linunit, angunit,
+ * scaleunit, areaunit and unit:
+ *   _ext_new_errext(name, display name, plural, abbreviation, factor, err)
+ *       the three texts in UTF-8 (null counts as empty); _ext_new_errext_u
+ *       takes them in UTF-16; _ext_new and _ext_new_u without the record.
+ *       Name beyond 79 characters, display name or plural beyond 79 units,
+ *       abbreviation beyond 15: warning 354, cut.  Factor <= 0: error 304,
+ *       NaN or infinite: error 358 (message "name: factor").  Error 1 when
+ *       memory runs out.
+ *   _new_errext(name, factor, err), _new(name, factor): no texts.
+ *   _new_code_errext(code, err), _new_code(code), _new_name_errext(name,
+ *       err), _new_name(name): from the unit table (status KO_STATUS_CODE,
+ *       internal and external code set); an unknown code is error 212
+ *       (linear), 211 (angular) or 210, an unknown name error 132.
+ *   _p, _clone, _del, _eq: equal when both are units sharing a type bit,
+ *       their names are equal by ko_strcmp_ci and their factors agree to
+ *       the library's relative tolerance.
+ *   _factor (0.0 for no unit), _display_name, _plural (80-unit buffers),
+ *   _abbreviation (16-unit buffer), _refcode, _set_refcode, the generic
+ *   forwards and the objvec ko_<prefix>_objvec. */
+#define KO_DECLARE_UNIT_TYPE(prefix, T)                                                      \
+  KO_API T *ko_##prefix##_ext_new_errext(const char *name, const char *dispname,            \
+                                         const char *plural, const char *abbr, double factor, \
+                                         ko_err *err);                                       \
+  KO_API T *ko_##prefix##_ext_new(const char *name, const char *dispname, const char *plural, \
+                                  const char *abbr, double factor);                          \
+  KO_API T *ko_##prefix##_ext_new_errext_u(const char *name, const ko_uchar *dispname,      \
+                                           const ko_uchar *plural, const ko_uchar *abbr,    \
+                                           double factor, ko_err *err);                      \
+  KO_API T *ko_##prefix##_ext_new_u(const char *name, const ko_uchar *dispname,             \
+                                    const ko_uchar *plural, const ko_uchar *abbr,           \
+                                    double factor);                                          \
+  KO_API T *ko_##prefix##_new_errext(const char *name, double factor, ko_err *err);         \
+  KO_API T *ko_##prefix##_new(const char *name, double factor);                             \
+  KO_API T *ko_##prefix##_new_code_errext(int32_t code, ko_err *err);                       \
+  KO_API T *ko_##prefix##_new_code(int32_t code);                                           \
+  KO_API T *ko_##prefix##_new_name_errext(const char *name, ko_err *err);                   \
+  KO_API T *ko_##prefix##_new_name(const char *name);                                       \
+  KO_API int ko_##prefix##_p(const void *obj);                                              \
+  KO_API T *ko_##prefix##_clone(const T *unit);                                             \
+  KO_API T *ko_##prefix##_del(T *unit);                                                     \
+  KO_API int ko_##prefix##_eq(const T *a, const T *b);                                      \
+  KO_API double ko_##prefix##_factor(const T *unit);                                        \
+  KO_API ko_uchar *ko_##prefix##_display_name(const T *unit, ko_uchar *buf);                \
+  KO_API ko_uchar *ko_##prefix##_plural(const T *unit, ko_uchar *buf);                      \
+  KO_API ko_uchar *ko_##prefix##_abbreviation(const T *unit, ko_uchar *buf);                \
+  KO_API uint32_t ko_##prefix##_refcode(const T *unit);                                     \
+  KO_API void ko_##prefix##_set_refcode(T *unit, uint32_t refcode);                         \
+  KO_API extern const ko_objvec ko_##prefix##_objvec;                                       \
+  KO_DECLARE_OBJECT_FORWARDS(prefix, T)
+
+KO_DECLARE_UNIT_TYPE(linunit, ko_linunit)
+KO_DECLARE_UNIT_TYPE(angunit, ko_angunit)
+KO_DECLARE_UNIT_TYPE(scaleunit, ko_scaleunit)
+KO_DECLARE_UNIT_TYPE(areaunit, ko_areaunit)
+KO_DECLARE_UNIT_TYPE(unit, ko_unit)
+
 /* ======================================================================
  * Geodetic objects: spheroids, prime meridians, datums, geographic systems
  * ====================================================================== */
+
+/* Spheroid: semi-major axis in the length of its linear unit ("Meter" when
+ * none is given), flattening 0 <= f <= 1 (0 a sphere).  The constructors
+ * take ownership of the unit on success. */
+KO_API ko_spheroid *ko_spheroid_ext_new_errext(const char *name, ko_linunit *unit, double axis,
+                                               double flattening, ko_err *err);
+KO_API ko_spheroid *ko_spheroid_ext_new(const char *name, ko_linunit *unit, double axis,
+                                        double flattening);
+KO_API ko_spheroid *ko_spheroid_new_errext(const char *name, double axis, double flattening,
+                                           ko_err *err);
+KO_API ko_spheroid *ko_spheroid_new(const char *name, double axis, double flattening);
+KO_API int ko_spheroid_p(const void *obj);
+KO_API ko_spheroid *ko_spheroid_clone(const ko_spheroid *s);
+KO_API ko_spheroid *ko_spheroid_del(ko_spheroid *s);
+KO_API int ko_spheroid_eq(const ko_spheroid *a, const ko_spheroid *b);
+KO_API double ko_spheroid_axis(const ko_spheroid *s);            /* metres; 1.0 for no spheroid */
+KO_API double ko_spheroid_flattening(const ko_spheroid *s);
+KO_API double ko_spheroid_esquared(const ko_spheroid *s);        /* f (2 - f) */
+KO_API double ko_spheroid_semiminor_axis(const ko_spheroid *s);  /* metres; 1.0 for no spheroid */
+KO_API ko_linunit *ko_spheroid_unit(const ko_spheroid *s);
+KO_API extern const ko_objvec ko_spheroid_objvec;
+KO_DECLARE_OBJECT_FORWARDS(spheroid, ko_spheroid)
+
+/* Prime meridian: longitude east of Greenwich, given in its angular unit
+ * ("Degree" when none is given) and stored in degrees. */
+KO_API ko_primem *ko_primem_ext_new_errext(const char *name, ko_angunit *unit, double longitude,
+                                           ko_err *err);
+KO_API ko_primem *ko_primem_ext_new(const char *name, ko_angunit *unit, double longitude);
+KO_API ko_primem *ko_primem_new_errext(const char *name, double longitude, ko_err *err);
+KO_API ko_primem *ko_primem_new(const char *name, double longitude);
+KO_API int ko_primem_p(const void *obj);
+KO_API ko_primem *ko_primem_clone(const ko_primem *p);
+KO_API ko_primem *ko_primem_del(ko_primem *p);
+KO_API int ko_primem_eq(const ko_primem *a, const ko_primem *b);
+KO_API double ko_primem_longitude(const ko_primem *p);  /* degrees */
+KO_API ko_angunit *ko_primem_unit(const ko_primem *p);
+KO_API void ko_primem_unit_set(ko_primem *p, ko_angunit *unit);
+KO_API extern const ko_objvec ko_primem_objvec;
+KO_DECLARE_OBJECT_FORWARDS(primem, ko_primem)
+
+/* Datum: a spheroid (owned), an anchor text and, for a dynamic reference
+ * frame, the frame name and reference epoch (decimal year). */
+#define KO_ANCHOR_SIZE 256
+KO_API ko_datum *ko_datum_ext_new_errext(const char *name, ko_spheroid *spheroid,
+                                         const char *anchor, ko_err *err);
+KO_API ko_datum *ko_datum_ext_new(const char *name, ko_spheroid *spheroid, const char *anchor);
+KO_API ko_datum *ko_datum_new_errext(const char *name, ko_spheroid *spheroid, ko_err *err);
+KO_API ko_datum *ko_datum_new(const char *name, ko_spheroid *spheroid);
+KO_API int ko_datum_p(const void *obj);
+KO_API ko_datum *ko_datum_clone(const ko_datum *d);
+KO_API ko_datum *ko_datum_del(ko_datum *d);
+KO_API int ko_datum_eq(const ko_datum *a, const ko_datum *b);
+KO_API ko_spheroid *ko_datum_spheroid(const ko_datum *d);
+KO_API char *ko_datum_anchor(const ko_datum *d, char *buf);  /* KO_ANCHOR_SIZE bytes */
+KO_API void ko_datum_set_dynamic(ko_datum *d, const char *frame_name, double epoch);
+/* Copies the frame name into buf (80 bytes) when buf is non-null; returns
+ * the epoch. */
+KO_API double ko_datum_get_dynamic(const ko_datum *d, char *buf);
+KO_API int ko_datum_is_dynamic(const ko_datum *d);
+KO_API extern const ko_objvec ko_datum_objvec;
+KO_DECLARE_OBJECT_FORWARDS(datum, ko_datum)
+
+/* Axis of a coordinate system: name, abbreviation, direction, unit (owned,
+ * any unit kind, may be null) and order (1-based position).  The order
+ * check and the fill serve geographic (kind 1) and projected (kind 2)
+ * systems. */
+#define KO_AXIS_NONE 0
+#define KO_AXIS_NORTH 1
+#define KO_AXIS_SOUTH 2
+#define KO_AXIS_EAST 3
+#define KO_AXIS_WEST 4
+#define KO_AXIS_UP 5
+#define KO_AXIS_DOWN 6
+#define KO_AXIS_OTHER 7
+#define KO_AXIS_KIND_GEOGRAPHIC 1
+#define KO_AXIS_KIND_PROJECTED 2
+#define KO_AXIS_MAX 3            /* axes of one system */
+#define KO_AXIS_ABBR_SIZE 16     /* bytes */
+KO_API ko_axis *ko_axis_new_errext(const char *name, const char *abbr, int direction,
+                                   ko_unit *unit, int order, ko_err *err);
+KO_API ko_axis *ko_axis_new(const char *name, const char *abbr, int direction, ko_unit *unit,
+                            int order);
+KO_API int ko_axis_p(const void *obj);
+KO_API ko_axis *ko_axis_clone(const ko_axis *a);
+KO_API ko_axis *ko_axis_del(ko_axis *a);
+KO_API int ko_axis_eq(const ko_axis *a, const ko_axis *b);
+KO_API char *ko_axis_abbr(const ko_axis *a, char *buf);  /* KO_AXIS_ABBR_SIZE bytes */
+KO_API int ko_axis_direction(const ko_axis *a);
+KO_API int ko_axis_order(const ko_axis *a);
+KO_API ko_unit *ko_axis_unit(const ko_axis *a);
+KO_API void ko_axis_unit_set(ko_axis *a, ko_unit *unit);
+/* "north", "south", "east", "west", "up", "down", "other"; "" for others. */
+KO_API const char *ko_axis_direction_to_name(int direction);
+KO_API int ko_axis_name_to_direction(const char *name);  /* KO_AXIS_NONE when unknown */
+/* 0 when the first `dimension` axes suit a system of this kind, else the
+ * error number: 488 dimension other than 2 or 3, 485 unknown kind or an
+ * element that is not an axis, 478 missing axis, 484 unknown direction,
+ * 486 direction unfit for its place, 476 two axes along one line, 482
+ * order not matching the position, 487 unit of the wrong kind.  A null
+ * array has nothing to check and gives 0 for a valid dimension. */
+KO_API int ko_axis_check_order(ko_axis *const *axes, int dimension, int kind);
+/* Builds the default axes of a system into out[0 .. dimension-1]: kind 1
+ * "Longitude" (east), "Latitude" (north); kind 2 "(X)" (east), "(Y)"
+ * (north); then "Ellipsoidal height" (up).  The horizontal axes get clones
+ * of hunit, the third a clone of vunit ("Meter" when null).  Returns 1, or
+ * 0 (nothing left behind) when memory runs out or an argument is bad. */
+KO_API int ko_axis_fill(ko_axis **out, int dimension, int kind, const ko_unit *hunit,
+                        const ko_unit *vunit);
+KO_API extern const ko_objvec ko_axis_objvec;
+KO_DECLARE_OBJECT_FORWARDS(axis, ko_axis)
+
+/* Geographic coordinate system: datum, prime meridian ("Greenwich" when
+ * none is given), angular unit, 2 or 3 axes, metadata, remark, and the
+ * lazily built geodesic series constants. */
+KO_API ko_geogcs *ko_geogcs_ext_new_errext(const char *name, ko_datum *datum, ko_primem *primem,
+                                           int dimension, ko_axis **axes, ko_angunit *unit,
+                                           ko_metadata **metadata, ko_remark *remark,
+                                           ko_err *err);
+KO_API ko_geogcs *ko_geogcs_ext_new(const char *name, ko_datum *datum, ko_primem *primem,
+                                    int dimension, ko_axis **axes, ko_angunit *unit,
+                                    ko_metadata **metadata, ko_remark *remark);
+KO_API ko_geogcs *ko_geogcs_new_errext(const char *name, ko_datum *datum, ko_primem *primem,
+                                       ko_angunit *unit, ko_err *err);
+KO_API ko_geogcs *ko_geogcs_new(const char *name, ko_datum *datum, ko_primem *primem,
+                                ko_angunit *unit);
+KO_API int ko_geogcs_p(const void *obj);
+KO_API ko_geogcs *ko_geogcs_clone(const ko_geogcs *g);
+KO_API ko_geogcs *ko_geogcs_del(ko_geogcs *g);
+KO_API int ko_geogcs_eq(const ko_geogcs *a, const ko_geogcs *b);
+KO_API ko_datum *ko_geogcs_datum(const ko_geogcs *g);
+KO_API ko_primem *ko_geogcs_primem(const ko_geogcs *g);
+KO_API ko_angunit *ko_geogcs_unit(const ko_geogcs *g);
+KO_API ko_linunit *ko_geogcs_vert_unit(const ko_geogcs *g);
+KO_API int ko_geogcs_dimension(const ko_geogcs *g);
+KO_API ko_axis *ko_geogcs_axis(const ko_geogcs *g, int index);  /* 0-based */
+KO_API ko_metadata **ko_geogcs_metadata_vector(const ko_geogcs *g);
+KO_API ko_remark *ko_geogcs_remark(const ko_geogcs *g);
+KO_API ko_constants *ko_geogcs_constants(const ko_geogcs *g);
+/* 1 when the geodesic constants are loaded or not needed (a sphere), 0
+ * when loading failed (not retried until unloaded). */
+KO_API int ko_geogcs_load_constants(ko_geogcs *g);
+KO_API void ko_geogcs_unload_constants(ko_geogcs *g);
+/* Gives a system without axes its default axes, built from its units and
+ * dimension; the units then live on the axes.  flags is reserved (pass 0).
+ * Returns 1 when the system has axes afterwards, else 0. */
+KO_API int ko_geogcs_check_axes(ko_geogcs *g, int flags);
+KO_API extern const ko_objvec ko_geogcs_objvec;
+KO_DECLARE_OBJECT_FORWARDS(geogcs, ko_geogcs)
+
+/* Coefficients of the geodesic series of Karney, "Algorithms for
+ * geodesics" (J. Geodesy 87, 2013), for a spheroid of first eccentricity
+ * squared e2 (0 <= e2 < 1), to order KO_GEODESIC_ORDER in the third
+ * flattening n and the parameter eps.  The array (KO_GEODESIC_NCOEF doubles
+ * from ko_allocate_rtn, the caller frees it) holds 33 rows of
+ * KO_GEODESIC_ORDER + 1 doubles; element j of a row is the coefficient of
+ * eps^j:
+ *   row 0        A1 (1 - eps)        rows 1-6    C1[1..6]
+ *   rows 7-12    C1'[1..6]           row 13      A2 / (1 - eps)
+ *   rows 14-19   C2[1..6]            row 20      A3
+ *   rows 21-26   C3[1..6]            rows 27-32  C4[0..5]
+ * A1, C1, C1', A2 and C2 are complete to eps^6; A3, C3 and C4 to total
+ * degree 5 in n and eps.  *order receives KO_GEODESIC_ORDER.  Null (and
+ * order 0) for e2 outside [0, 1) or when memory runs out. */
+#define KO_GEODESIC_ORDER 6
+#define KO_GEODESIC_ROWS 33
+#define KO_GEODESIC_NCOEF (KO_GEODESIC_ROWS * (KO_GEODESIC_ORDER + 1))
+KO_API double *ko_geodesic_constants_array_new(double e2, int *order);
 
 /* ======================================================================
  * Parameters and the parameter list
@@ -607,6 +862,60 @@ KO_API extern const ko_parmlist_entry ko_parmlist_tbl[];
 KO_API extern const int ko_parmlist_tbl_cnt;
 KO_API const ko_parmlist_entry *ko_parmlist_from_code(int32_t code);
 KO_API const ko_parmlist_entry *ko_parmlist_from_name(const char *name);
+
+/* Category bits and unit types of the parameter list. */
+#define KO_PARM_CAT_PROJECTION 2u
+#define KO_PARM_CAT_VERTCS 8u
+#define KO_PARM_CAT_GEOGTRAN 128u
+#define KO_PARM_CAT_VERTTRAN 524288u
+#define KO_PARM_CAT_TRANSFORM 524416u /* geogtran and verttran */
+#define KO_PARM_UNIT_NONE 0u
+#define KO_PARM_UNIT_ANGLE 1u
+#define KO_PARM_UNIT_LENGTH 2u
+#define KO_PARM_UNIT_SCALE 3u
+#define KO_PARM_CODE_DATASET 100047 /* "Dataset_<grid file>" */
+
+/* Slot index, default (degrees for angles) and unit type of a code:
+ * -1, 0.0 and 0 for unknown codes. */
+KO_API int32_t ko_parmlist_index_from_code(int32_t code);
+KO_API double ko_parmlist_default_from_code(int32_t code);
+KO_API uint32_t ko_parmlist_unit_type_from_code(int32_t code);
+/* Rows of the list, the end row not counted (ko_parmlist_tbl_cnt). */
+KO_API int ko_parmlist_count(void);
+/* A new parameter with the row's name and default (or value), no unit and
+ * status KO_STATUS_CODE; an unknown code is error 218. */
+KO_API ko_parameter *ko_parmlist_parameter_from_code(int32_t code, ko_err *err);
+KO_API ko_parameter *ko_parmlist_parameter_from_code_value(int32_t code, ko_err *err,
+                                                           double value);
+
+/* Parameter: a value in its own unit (owned, null for plain numbers), the
+ * list codes of its name in the header (-1 when the name is not listed),
+ * and the default factor in which ko_parameter_value reports. */
+KO_API ko_parameter *ko_parameter_ext_new_errext(const char *name, ko_unit *unit, double value,
+                                                 ko_err *err);
+KO_API ko_parameter *ko_parameter_ext_new(const char *name, ko_unit *unit, double value);
+KO_API ko_parameter *ko_parameter_new_errext(const char *name, double value, ko_err *err);
+KO_API ko_parameter *ko_parameter_new(const char *name, double value);
+KO_API ko_parameter *ko_parameter_new_parmlist(const ko_parmlist_entry *row, const char *name,
+                                               ko_unit *unit, double value, ko_err *err);
+KO_API int ko_parameter_p(const void *obj);
+KO_API ko_parameter *ko_parameter_clone(const ko_parameter *p);
+KO_API ko_parameter *ko_parameter_del(ko_parameter *p);
+KO_API int ko_parameter_eq(const ko_parameter *a, const ko_parameter *b);
+/* The value in the default factor's unit. */
+KO_API double ko_parameter_value(const ko_parameter *p);
+/* The value in base units (metres, radians, ratio). */
+KO_API double ko_parameter_value_si(const ko_parameter *p);
+/* Both return 1, or 0 (nothing changed) for NaN, infinity or no parameter. */
+KO_API int ko_parameter_value_set(ko_parameter *p, double value);
+KO_API int ko_parameter_value_set_si(ko_parameter *p, double value);
+KO_API ko_unit *ko_parameter_unit(const ko_parameter *p);
+KO_API void ko_parameter_unit_set(ko_parameter *p, ko_unit *unit);
+KO_API double ko_parameter_dflt_factor(const ko_parameter *p);
+KO_API void ko_parameter_dflt_factor_set(ko_parameter *p, double factor);
+KO_API uint32_t ko_parameter_unit_type(const ko_parameter *p);
+KO_API extern const ko_objvec ko_parameter_objvec;
+KO_DECLARE_OBJECT_FORWARDS(parameter, ko_parameter)
 
 /* ======================================================================
  * Projection table and auxiliary functions
@@ -686,6 +995,435 @@ KO_API double ko_ellint3(double n, double m);
 /* ======================================================================
  * Compiled-in catalogue
  * ====================================================================== */
+
+/* The catalogue of predefined objects: constant tables compiled into the
+ * library (derived from the EPSG Geodetic Parameter Dataset, see NOTICE),
+ * one family of tables per object type, tied together by the registry
+ * ko_db_builtin_registry.  Every lookup returns a pointer into the
+ * constant tables, or null; nothing is allocated. */
+
+/* Table headers: long (data and most other kinds, 32 bytes) and short
+ * (names and synonyms, 16 bytes). */
+typedef struct ko_db_tbl {
+  const void *recs;
+  int32_t count;
+  int32_t size;         /* bytes per record */
+  void *reserved[2];
+} ko_db_tbl;
+typedef struct ko_db_list {
+  const void *recs;
+  uint64_t count;
+} ko_db_list;
+typedef const ko_db_list *(*ko_db_synonym_rtn)(void);
+
+/* Name table record: name hash (ko_str_hashcode) and code; sorted by the
+ * hash as unsigned, no two hashes equal within a table. */
+typedef struct ko_db_name_rec {
+  uint32_t hash;
+  int32_t code;
+} ko_db_name_rec;
+
+/* Data records, each sorted by code. */
+typedef struct ko_db_geogcs_rec {       /* 32 bytes */
+  const char *name;
+  int32_t code, datum, primem, angunit;
+  uint64_t reserved;
+} ko_db_geogcs_rec;
+typedef struct ko_db_projcs_rec {       /* 40 bytes */
+  const char *name;
+  int32_t code, geogcs, projection, linunit;
+  int32_t reserved;
+  int32_t parm_first, parm_count;       /* run in ko_obj_projcs_parms */
+  int32_t reserved2;
+} ko_db_projcs_rec;
+typedef struct ko_db_vertcs_rec {       /* 32 bytes */
+  const char *name;
+  int32_t code, vdatum, linunit;
+  int32_t direction;                    /* 1 up (heights), -1 down (depths) */
+  uint64_t reserved;
+} ko_db_vertcs_rec;
+typedef struct ko_db_gxyzcs_rec {       /* 24 bytes */
+  const char *name;
+  int32_t code, datum, primem, linunit;
+} ko_db_gxyzcs_rec;
+typedef struct ko_db_hvcoordsys_rec {   /* 24 bytes */
+  const char *name;
+  int32_t code;
+  int32_t hcs, vcs;                     /* horizontal and vertical system */
+  int32_t hcs_type;                     /* KO_TYPE_GEOGCS or KO_TYPE_PROJCS */
+} ko_db_hvcoordsys_rec;
+typedef struct ko_db_datum_rec {        /* 272 bytes; datum and vdatum */
+  const char *name;
+  int32_t code;
+  int32_t spheroid;                     /* 0 for a vertical datum */
+  char anchor[256];                     /* anchor text, empty when EPSG gives none */
+} ko_db_datum_rec;
+typedef struct ko_db_geogtran_rec {     /* 48 bytes */
+  const char *name;
+  int32_t code, gcs1, gcs2, method;
+  int32_t reserved, reserved2;
+  double accuracy;                      /* metres; 999.0 when unknown */
+  int32_t parm_first, parm_count;       /* run in ko_obj_geogtran_parms */
+} ko_db_geogtran_rec;
+typedef struct ko_db_verttran_rec {     /* 64 bytes */
+  const char *name;
+  int32_t code, vcs1, vcs2, method;     /* vcs1 may be a 3D geographic system */
+  int32_t reserved, reserved2;
+  double accuracy;
+  int32_t parm_first, parm_count;       /* run in ko_obj_verttran_parms */
+  int32_t interpolation;                /* system of a grid's coordinates, or 0 */
+  int32_t reserved3;
+  uint64_t reserved4;
+} ko_db_verttran_rec;
+typedef struct ko_db_angunit_rec {      /* 48 bytes; angunit and scaleunit */
+  const char *name;
+  int32_t code, reserved;
+  const char *display, *plural, *abbreviation;
+  double factor;
+} ko_db_angunit_rec;
+typedef struct ko_db_linunit_rec {      /* 56 bytes; linunit and areaunit */
+  const char *name;
+  int32_t code, reserved;
+  const char *display, *plural, *abbreviation;
+  double factor;
+  int32_t related;                      /* the area unit of a length, the length of an area */
+  int32_t reserved2;
+} ko_db_linunit_rec;
+typedef struct ko_db_primem_rec {       /* 24 bytes */
+  const char *name;
+  int32_t code, angunit;
+  double longitude;                     /* in angunit */
+} ko_db_primem_rec;
+typedef struct ko_db_spheroid_rec {     /* 32 bytes */
+  const char *name;
+  int32_t code, linunit;
+  double axis;                          /* semi-major axis in linunit */
+  double flattening;                    /* not inverse; 0 for a sphere */
+} ko_db_spheroid_rec;
+typedef struct ko_db_method_rec {       /* 16 bytes; the method-like lists */
+  const char *name;
+  int32_t code;
+  int32_t slot;                         /* parameters: slot in the parameter array */
+} ko_db_method_rec;
+typedef struct ko_db_extent_rec {       /* 48 bytes; areas of use */
+  int32_t code, reserved;
+  const char *name;
+  double west, south, east, north;      /* degrees */
+} ko_db_extent_rec;
+
+/* Parameter pools: projected systems (angles in the unit of the geographic
+ * system, lengths in the projected system's unit, scales as factors),
+ * geographic transformations (translations in metres, rotations in
+ * arc-seconds, scale difference in parts per million, rates per year,
+ * offsets in arc-seconds) and vertical transformations.  aux is the EPSG
+ * parameter code, or for Dataset_ the index of the grid file's name in
+ * the pool's texts. */
+typedef struct ko_db_parm_rec {         /* 16 bytes */
+  int32_t code;
+  int32_t aux;
+  double value;
+} ko_db_parm_rec;
+
+/* Other kinds. */
+typedef struct ko_db_synonym_rec {      /* 32 bytes; sorted by synonym */
+  const char *synonym;
+  const char *name;                     /* library name */
+  const char *authority;                /* whose spelling: "EPSG", "PostGIS" */
+  uint64_t reserved;
+} ko_db_synonym_rec;
+typedef struct ko_db_text_rec {         /* 16 bytes; description, defstring */
+  int32_t code, reserved;
+  const char *text;
+} ko_db_text_rec;
+typedef struct ko_db_version_rec {      /* 24 bytes */
+  int32_t code, reserved;
+  const char *authority, *version;
+} ko_db_version_rec;
+typedef struct ko_db_areacode_rec {     /* 12 bytes; one per area of use */
+  int32_t code, area, sequence;
+} ko_db_areacode_rec;
+typedef struct ko_db_areainfo_rec {     /* 24 bytes; by area code */
+  int32_t area, reserved;
+  const char *path;                     /* "Europe/France" */
+  const char *name;
+} ko_db_areainfo_rec;
+/* Pairs: deprecated (code, flags: 1 deprecated), codechange (old, new),
+ * axis (code, EPSG coordinate system), exception (code, flags below). */
+typedef struct ko_db_pair_rec {         /* 8 bytes */
+  int32_t code, value;
+} ko_db_pair_rec;
+#define KO_DB_EXC_SYSTEM_REPLACED 1     /* a geocentric or compound end replaced */
+#define KO_DB_EXC_ROTATIONS_NEGATED 2   /* position-vector rotations stored as frame */
+#define KO_DB_EXC_HEIGHT_DROPPED 4      /* a height offset has no library parameter */
+#define KO_DB_EXC_SCALE_UNIT_FIXED 8    /* scale difference labelled unity is ppm */
+#define KO_DB_EXC_TIME_SPECIFIC 16      /* parameters valid at one epoch */
+typedef struct ko_db_gcsvcs_rec {       /* 16 bytes; sorted by gcs */
+  int32_t gcs, gcs3d, vcs, xyz;         /* 2D, 3D, vertical, geocentric */
+} ko_db_gcsvcs_rec;
+typedef struct ko_db_ensemble_rec {     /* 24 bytes; members in sequence */
+  int32_t code, member, sequence, reserved;
+  double accuracy;                      /* metres */
+} ko_db_ensemble_rec;
+typedef struct ko_db_epoch_rec {        /* 16 bytes; dynamic frames */
+  int32_t code, reserved;
+  double epoch;                         /* decimal year */
+} ko_db_epoch_rec;
+
+/* Code ranges per type; the records end with a zero record. */
+typedef struct ko_db_range_rec {        /* 16 bytes */
+  int32_t low, high;
+  char authority[8];
+} ko_db_range_rec;
+typedef struct ko_db_ranges {           /* 24 bytes */
+  uint32_t type;
+  int32_t count;                        /* ranges in use */
+  int32_t capacity;                     /* records, the zero record included */
+  const ko_db_range_rec *recs;
+} ko_db_ranges;
+
+/* Registry row: type and fifteen tables (null when the type has none). */
+typedef struct ko_db_builtin_entry {
+  uint32_t type;
+  const ko_db_tbl *deprecated;
+  const ko_db_tbl *codechange;
+  ko_db_synonym_rtn synonym;
+  const ko_db_tbl *data;
+  const ko_db_list *name;
+  const ko_db_tbl *version;
+  const ko_db_tbl *defstring;
+  const ko_db_tbl *areainfo;
+  const ko_db_tbl *areacode;
+  const ko_db_tbl *description;
+  const ko_db_tbl *exception;
+  const ko_db_tbl *gcsvcs;
+  const ko_db_tbl *axis;
+  const ko_db_tbl *ensemble;
+  const ko_db_tbl *epoch;
+} ko_db_builtin_entry;
+
+/* Where the catalogue comes from. */
+typedef struct ko_db_source {
+  const char *authority;                /* "EPSG" */
+  const char *version;                  /* "v10.076" */
+  const char *date;                     /* "2022-08-31" */
+  const char *terms;                    /* terms of use */
+} ko_db_source;
+
+KO_API extern const ko_db_builtin_entry ko_db_builtin_registry[];
+KO_API extern const ko_db_source ko_db_builtin_source;
+
+#define KO_DB_TABLES(t)                                                      \
+  KO_API extern const ko_db_tbl ko_obj_##t##_data_tbl, ko_obj_##t##_version_tbl, \
+      ko_obj_##t##_defstring_tbl, ko_obj_##t##_description_tbl;             \
+  KO_API extern const ko_db_list ko_obj_##t##_name_tbl, ko_obj_##t##_synonym_tbl; \
+  KO_API const ko_db_list *ko_obj_##t##_synonym_tbl_rtn(void)
+#define KO_DB_HISTORY(t) \
+  KO_API extern const ko_db_tbl ko_obj_##t##_deprecated_tbl, ko_obj_##t##_codechange_tbl
+KO_DB_TABLES(geogcs); KO_DB_TABLES(projcs); KO_DB_TABLES(vertcs); KO_DB_TABLES(gxyzcs);
+KO_DB_TABLES(hvcoordsys); KO_DB_TABLES(datum); KO_DB_TABLES(vdatum); KO_DB_TABLES(geogtran);
+KO_DB_TABLES(verttran); KO_DB_TABLES(angunit); KO_DB_TABLES(linunit); KO_DB_TABLES(scaleunit);
+KO_DB_TABLES(areaunit); KO_DB_TABLES(primem); KO_DB_TABLES(spheroid); KO_DB_TABLES(htmethod);
+KO_DB_TABLES(method); KO_DB_TABLES(vtmethod); KO_DB_TABLES(projection); KO_DB_TABLES(parameter);
+KO_DB_HISTORY(geogcs); KO_DB_HISTORY(projcs); KO_DB_HISTORY(vertcs); KO_DB_HISTORY(gxyzcs);
+KO_DB_HISTORY(hvcoordsys); KO_DB_HISTORY(datum); KO_DB_HISTORY(vdatum); KO_DB_HISTORY(geogtran);
+KO_DB_HISTORY(verttran); KO_DB_HISTORY(angunit); KO_DB_HISTORY(linunit);
+KO_DB_HISTORY(scaleunit); KO_DB_HISTORY(areaunit); KO_DB_HISTORY(primem);
+KO_DB_HISTORY(spheroid);
+KO_API extern const ko_db_tbl ko_obj_geogcs_areacode_tbl, ko_obj_projcs_areacode_tbl,
+    ko_obj_vertcs_areacode_tbl, ko_obj_gxyzcs_areacode_tbl, ko_obj_hvcoordsys_areacode_tbl,
+    ko_obj_geogtran_areacode_tbl, ko_obj_verttran_areacode_tbl;
+KO_API extern const ko_db_tbl ko_obj_geogcs_areainfo_tbl, ko_obj_projcs_areainfo_tbl,
+    ko_obj_vertcs_areainfo_tbl;
+KO_API extern const ko_db_tbl ko_obj_geogcs_axis_tbl, ko_obj_projcs_axis_tbl,
+    ko_obj_vertcs_axis_tbl, ko_obj_gxyzcs_axis_tbl;
+KO_API extern const ko_db_tbl ko_obj_geogcs_gcsvcs_tbl, ko_obj_vertcs_gcsvcs_tbl,
+    ko_obj_gxyzcs_gcsvcs_tbl;
+KO_API extern const ko_db_tbl ko_obj_datum_ensemble_tbl, ko_obj_vdatum_ensemble_tbl,
+    ko_obj_datum_epoch_tbl, ko_obj_vdatum_epoch_tbl;
+KO_API extern const ko_db_tbl ko_obj_geogtran_exception_tbl, ko_obj_verttran_exception_tbl;
+KO_API extern const ko_db_tbl ko_obj_extent_data_tbl;
+KO_API extern const ko_db_parm_rec ko_obj_projcs_parms[], ko_obj_geogtran_parms[],
+    ko_obj_verttran_parms[];
+KO_API extern const int32_t ko_obj_projcs_parms_cnt, ko_obj_geogtran_parms_cnt,
+    ko_obj_verttran_parms_cnt;
+/* Grid file names of Dataset_ parameters, by the parameter's aux index. */
+KO_API extern const char *const ko_obj_geogtran_parm_texts[];
+KO_API extern const char *const ko_obj_verttran_parm_texts[];
+KO_API extern const int32_t ko_obj_geogtran_parm_texts_cnt, ko_obj_verttran_parm_texts_cnt;
+KO_API extern const ko_db_ranges ko_coderanges_tbl_geogcs, ko_coderanges_tbl_projcs,
+    ko_coderanges_tbl_datum, ko_coderanges_tbl_geogtran, ko_coderanges_tbl_spheroid,
+    ko_coderanges_tbl_linunit;
+
+/* Name hash: hash * 65599 + lower-case character over the characters other
+ * than white space and ( ) - / \ _, unsigned 32-bit; 0 for null or "". */
+KO_API uint32_t ko_str_hashcode(const char *name);
+
+/* Registry row of a type (exact type code), or null. */
+KO_API const ko_db_builtin_entry *ko_db_builtin_data_find(uint32_t type);
+/* Binary search of a data table by code; null outside the table's codes. */
+KO_API const void *ko_db_builtin_data_lookup_code(const ko_db_tbl *data, int32_t code);
+KO_API const ko_db_extent_rec *ko_db_builtin_extent_lookup_code(const ko_db_tbl *data,
+                                                                int32_t code);
+/* The data record of a name: through the name hash, else the first record
+ * whose name equals it ignoring case. */
+KO_API const void *ko_db_builtin_data_lookup_name(const ko_db_builtin_entry *row,
+                                                  const char *name);
+/* Synonyms: by synonym (compared as names are: ignoring case, white space
+ * and ( ) - / \ _) and by library name; a null or empty authority
+ * matches any, else it is compared ignoring case. */
+KO_API const ko_db_synonym_rec *ko_db_builtin_synonym_s_lookup(const ko_db_builtin_entry *row,
+                                                               const char *synonym,
+                                                               const char *authority);
+KO_API const ko_db_synonym_rec *ko_db_builtin_synonym_a_lookup(const ko_db_builtin_entry *row,
+                                                               const char *name,
+                                                               const char *authority);
+KO_API const ko_db_pair_rec *ko_db_builtin_codechange_lookup_old(const ko_db_builtin_entry *row,
+                                                                 int32_t old_code);
+KO_API const ko_db_pair_rec *ko_db_builtin_codechange_lookup_new(const ko_db_builtin_entry *row,
+                                                                 int32_t new_code);
+KO_API const ko_db_text_rec *ko_db_builtin_description_lookup(const ko_db_builtin_entry *row,
+                                                              int32_t code);
+KO_API const ko_db_text_rec *ko_db_builtin_defstring_lookup_code(const ko_db_builtin_entry *row,
+                                                                 int32_t code);
+KO_API const ko_db_text_rec *ko_db_builtin_defstring_lookup_name(const ko_db_builtin_entry *row,
+                                                                 const char *text);
+/* First area of use of an object; its areainfo by area code. */
+KO_API const ko_db_areacode_rec *ko_db_builtin_areacode_lookup(const ko_db_builtin_entry *row,
+                                                               int32_t code);
+KO_API const ko_db_areainfo_rec *ko_db_builtin_areainfo_lookup(const ko_db_builtin_entry *row,
+                                                               int32_t area);
+KO_API const ko_db_pair_rec *ko_db_builtin_deprecated_lookup(const ko_db_builtin_entry *row,
+                                                             int32_t code);
+KO_API const ko_db_pair_rec *ko_db_builtin_axis_lookup(const ko_db_builtin_entry *row,
+                                                       int32_t code);
+/* First member of an ensemble (the others follow in sequence). */
+KO_API const ko_db_ensemble_rec *ko_db_builtin_ensemble_lookup(const ko_db_builtin_entry *row,
+                                                               int32_t code);
+KO_API const ko_db_epoch_rec *ko_db_builtin_epoch_lookup(const ko_db_builtin_entry *row,
+                                                         int32_t code);
+KO_API const ko_db_pair_rec *ko_db_builtin_exception_lookup(const ko_db_builtin_entry *row,
+                                                            int32_t code);
+KO_API const ko_db_version_rec *ko_db_builtin_version_lookup(const ko_db_builtin_entry *row,
+                                                             int32_t code);
+KO_API const ko_db_gcsvcs_rec *ko_db_builtin_gcsvcs_lookup_by_gcs(const ko_db_builtin_entry *row,
+                                                                  int32_t code);
+KO_API const ko_db_gcsvcs_rec *ko_db_builtin_gcsvcs_lookup_by_xyz(const ko_db_builtin_entry *row,
+                                                                  int32_t code);
+KO_API const ko_db_gcsvcs_rec *ko_db_builtin_gcsvcs_lookup_by_vcs(const ko_db_builtin_entry *row,
+                                                                  int32_t code);
+/* "EPSG Geodetic Parameter Dataset v10.076 (2022-08-31)"; returns buf. */
+KO_API char *ko_db_builtin_version_info(char *buf, int size);
+
+/* The object model's synonym lookups.  by_syn: the library name whose
+ * synonym `name` is for `authority` (null or empty: any), else a copy of
+ * name.  by_act: that authority's spelling of the library name, else a
+ * copy.  out holds 80 bytes; both return out. */
+KO_API char *ko_synonym_lookup_by_syn(uint32_t type, const char *name, const char *authority,
+                                      char *out80);
+KO_API char *ko_synonym_lookup_by_act(uint32_t type, const char *libname, const char *authority,
+                                      char *out80);
+
+/* The generic database record that searches fill. */
+typedef struct ko_db_rec {
+  uint32_t type;
+  uint32_t kind;                        /* KO_DB_KIND_* of the table it came from */
+  int32_t code;                         /* object code (old code of a code change) */
+  int32_t codes[5];                     /* related codes, see ko_db_builtin_rec_copy */
+  double values[6];                     /* numbers, see ko_db_builtin_rec_copy */
+  int32_t parm_count;                   /* parameters placed */
+  int32_t parm_codes[KO_PARM_COUNT];    /* parameter code by slot, 0 when empty */
+  double parms[KO_PARM_COUNT];          /* value by slot, in the pool's units */
+  char name[KO_NAME_SIZE];
+  char text[256];                       /* description, defstring, synonym, path */
+  char text2[KO_NAME_SIZE];             /* authority, version, area name, plural */
+  char text3[KO_NAME_SIZE];             /* unit abbreviation */
+  char dataset[256];                    /* grid file of a Dataset_ parameter */
+} ko_db_rec;
+
+/* Table kinds (bits of a database's table mask) and search modes. */
+#define KO_DB_KIND_DATA 1
+#define KO_DB_KIND_CODECHANGE 2
+#define KO_DB_KIND_DEPRECATED 4
+#define KO_DB_KIND_SYNONYM 8
+#define KO_DB_KIND_VERSION 16
+#define KO_DB_KIND_AXIS 32
+#define KO_DB_KIND_DESCRIPTION 64
+#define KO_DB_KIND_DEFSTRING 128
+#define KO_DB_KIND_AREAINFO 256
+#define KO_DB_KIND_AREACODE 512
+#define KO_DB_KIND_EXCEPTION 1024
+#define KO_DB_KIND_GCSVCS 2048
+#define KO_DB_KIND_ENSEMBLE 4096
+#define KO_DB_KIND_EPOCH 8192
+#define KO_DB_KIND_ALL 16383
+#define KO_DB_MODE_CODE 1
+#define KO_DB_MODE_NAME 2
+#define KO_DB_MODE_SYNONYM 4
+#define KO_DB_MODE_LIBNAME 5
+#define KO_DB_MODE_OLD_CODE 6
+#define KO_DB_MODE_NEW_CODE 7
+#define KO_DB_MODE_AREA 10
+#define KO_DB_MODE_GCS 11
+#define KO_DB_MODE_XYZ 12
+#define KO_DB_MODE_VCS 13
+
+/* A search key: the code, or the name (and the authority of synonyms). */
+typedef struct ko_db_key {
+  int32_t code;
+  const char *name;
+  const char *authority;
+} ko_db_key;
+
+/* A database of the database registry, with its error slot. */
+typedef struct ko_db ko_db;
+typedef struct ko_db_vector {
+  int (*open)(ko_db *db, const char *path);
+  int (*close)(ko_db *db);
+  int (*create)(ko_db *db, const char *path);
+  int (*del)(ko_db *db, const char *path);
+  int (*flush)(ko_db *db);
+  int (*addrec)(ko_db *db, uint32_t type, const ko_db_rec *rec);
+  int (*updrec)(ko_db *db, uint32_t type, const ko_db_rec *rec);
+  int (*delrec)(ko_db *db, uint32_t type, int32_t code);
+  int (*count)(ko_db *db, uint32_t type);
+  int (*index)(ko_db *db, uint32_t type, int32_t position, ko_db_rec *rec);
+  int (*search)(ko_db *db, uint32_t type, uint32_t kind, const ko_db_key *key, int mode,
+                ko_db_rec *result);
+} ko_db_vector;
+struct ko_db {
+  uint32_t dbid;
+  uint32_t type_mask;                   /* types the database answers */
+  uint32_t table_mask;                  /* KO_DB_KIND_* it answers */
+  int32_t reserved;
+  const ko_db_vector *vector;
+  void *handle;
+  ko_err err;                           /* the last failure */
+};
+
+/* The compiled-in database's operations, in the order of the vector. */
+KO_API extern const ko_db_vector ko_db_builtin_vector_tbl;
+KO_API int ko_db_builtin_open(ko_db *db, const char *path);
+KO_API int ko_db_builtin_close(ko_db *db);
+/* The six writing operations record error 502 in db->err and return -1. */
+KO_API int ko_db_builtin_create(ko_db *db, const char *path);
+KO_API int ko_db_builtin_delete(ko_db *db, const char *path);
+KO_API int ko_db_builtin_flush(ko_db *db);
+KO_API int ko_db_builtin_addrec(ko_db *db, uint32_t type, const ko_db_rec *rec);
+KO_API int ko_db_builtin_updrec(ko_db *db, uint32_t type, const ko_db_rec *rec);
+KO_API int ko_db_builtin_delrec(ko_db *db, uint32_t type, int32_t code);
+/* Records of a type (data records, or the names of the method-like
+ * lists), -1 for an unknown type; the record at a position, 1 or 0. */
+KO_API int ko_db_builtin_count(ko_db *db, uint32_t type);
+KO_API int ko_db_builtin_index(ko_db *db, uint32_t type, int32_t position, ko_db_rec *rec);
+/* 1 when found (result filled), 0 when not or not answered. */
+KO_API int ko_db_builtin_search(ko_db *db, uint32_t type, uint32_t kind, const ko_db_key *key,
+                                int mode, ko_db_rec *result);
+/* Fill a generic record from a table record of the given kind; obj_copy
+ * takes a data record and also places the parameters by slot.  1 on
+ * success, 0 for null arguments or an unknown type or kind. */
+KO_API int ko_db_builtin_rec_copy(uint32_t type, uint32_t kind, const void *record,
+                                  ko_db_rec *out);
+KO_API int ko_db_builtin_obj_copy(uint32_t type, const void *record, ko_db_rec *out);
 
 /* ======================================================================
  * Factory

@@ -8,10 +8,21 @@ namespace {
 // objvec line here, keeping alphabetical order of the type names.  The
 // composite codes (coordsys, hvdatum, transform) and extents have none.
 constexpr const ko_objvec *kRegistry[] = {
+    &ko_angunit_objvec,
+    &ko_areaunit_objvec,
     &ko_authority_objvec,
+    &ko_axis_objvec,
+    &ko_datum_objvec,
     &ko_dispname_objvec,
+    &ko_geogcs_objvec,
+    &ko_linunit_objvec,
     &ko_metadata_objvec,
+    &ko_parameter_objvec,
+    &ko_primem_objvec,
     &ko_remark_objvec,
+    &ko_scaleunit_objvec,
+    &ko_spheroid_objvec,
+    &ko_unit_objvec,
     nullptr,
 };
 
