@@ -942,6 +942,199 @@ KO_API extern const ko_projlist_entry ko_prj_transverse_mercator_vector;
 KO_API extern const ko_projlist_entry ko_prj_transverse_mercator_complex_vector;
 KO_API extern const ko_projlist_entry ko_prj_transverse_mercator_nga_2014_vector;
 
+/* Every other projection's vector. */
+KO_API extern const ko_projlist_entry ko_prj_plate_carree_vector;
+KO_API extern const ko_projlist_entry ko_prj_equidistant_cylindrical_vector;
+KO_API extern const ko_projlist_entry ko_prj_miller_cylindrical_vector;
+KO_API extern const ko_projlist_entry ko_prj_mercator_vector;
+KO_API extern const ko_projlist_entry ko_prj_albers_vector;
+KO_API extern const ko_projlist_entry ko_prj_sinusoidal_vector;
+KO_API extern const ko_projlist_entry ko_prj_mollweide_vector;
+KO_API extern const ko_projlist_entry ko_prj_eckert_vi_vector;
+KO_API extern const ko_projlist_entry ko_prj_eckert_v_vector;
+KO_API extern const ko_projlist_entry ko_prj_eckert_iv_vector;
+KO_API extern const ko_projlist_entry ko_prj_eckert_iii_vector;
+KO_API extern const ko_projlist_entry ko_prj_eckert_ii_vector;
+KO_API extern const ko_projlist_entry ko_prj_eckert_i_vector;
+KO_API extern const ko_projlist_entry ko_prj_gall_stereographic_vector;
+KO_API extern const ko_projlist_entry ko_prj_behrmann_vector;
+KO_API extern const ko_projlist_entry ko_prj_winkel_i_vector;
+KO_API extern const ko_projlist_entry ko_prj_winkel_ii_vector;
+KO_API extern const ko_projlist_entry ko_prj_lambert_conformal_conic_vector;
+KO_API extern const ko_projlist_entry ko_prj_polyconic_vector;
+KO_API extern const ko_projlist_entry ko_prj_quartic_authalic_vector;
+KO_API extern const ko_projlist_entry ko_prj_loximuthal_vector;
+KO_API extern const ko_projlist_entry ko_prj_bonne_vector;
+KO_API extern const ko_projlist_entry ko_prj_hotine_two_point_natorigin_vector;
+KO_API extern const ko_projlist_entry ko_prj_stereographic_vector;
+KO_API extern const ko_projlist_entry ko_prj_equidistant_conic_vector;
+KO_API extern const ko_projlist_entry ko_prj_cassini_vector;
+KO_API extern const ko_projlist_entry ko_prj_van_der_grinten_i_vector;
+KO_API extern const ko_projlist_entry ko_prj_robinson_vector;
+KO_API extern const ko_projlist_entry ko_prj_two_point_equidistant_vector;
+KO_API extern const ko_projlist_entry ko_prj_azimuthal_equidistant_vector;
+KO_API extern const ko_projlist_entry ko_prj_lambert_azimuthal_eqarea_vector;
+KO_API extern const ko_projlist_entry ko_prj_cylindrical_eqarea_vector;
+KO_API extern const ko_projlist_entry ko_prj_hotine_two_point_center_vector;
+KO_API extern const ko_projlist_entry ko_prj_hotine_azimuth_natorigin_vector;
+KO_API extern const ko_projlist_entry ko_prj_hotine_azimuth_center_vector;
+KO_API extern const ko_projlist_entry ko_prj_double_stereographic_vector;
+KO_API extern const ko_projlist_entry ko_prj_krovak_vector;
+KO_API extern const ko_projlist_entry ko_prj_new_zealand_map_grid_vector;
+KO_API extern const ko_projlist_entry ko_prj_orthographic_vector;
+KO_API extern const ko_projlist_entry ko_prj_winkel_tripel_vector;
+KO_API extern const ko_projlist_entry ko_prj_aitoff_vector;
+KO_API extern const ko_projlist_entry ko_prj_hammer_aitoff_vector;
+KO_API extern const ko_projlist_entry ko_prj_flat_polar_quartic_vector;
+KO_API extern const ko_projlist_entry ko_prj_craster_parabolic_vector;
+KO_API extern const ko_projlist_entry ko_prj_gnomonic_vector;
+KO_API extern const ko_projlist_entry ko_prj_times_vector;
+KO_API extern const ko_projlist_entry ko_prj_vertical_near_side_perspective_vector;
+KO_API extern const ko_projlist_entry ko_prj_stereographic_north_pole_vector;
+KO_API extern const ko_projlist_entry ko_prj_stereographic_south_pole_vector;
+KO_API extern const ko_projlist_entry ko_prj_fuller_vector;
+KO_API extern const ko_projlist_entry ko_prj_rso_natorigin_vector;
+KO_API extern const ko_projlist_entry ko_prj_rso_center_vector;
+KO_API extern const ko_projlist_entry ko_prj_cube_vector;
+KO_API extern const ko_projlist_entry ko_prj_robinson_tessin_vector;
+KO_API extern const ko_projlist_entry ko_prj_local_vector;
+KO_API extern const ko_projlist_entry ko_prj_goode_homolosine_vector;
+KO_API extern const ko_projlist_entry ko_prj_berghaus_star_vector;
+KO_API extern const ko_projlist_entry ko_prj_equidistant_cylindrical_ellipsoidal_vector;
+KO_API extern const ko_projlist_entry ko_prj_ney_vector;
+KO_API extern const ko_projlist_entry ko_prj_laborde_vector;
+KO_API extern const ko_projlist_entry ko_prj_igac_plano_cartesiano_vector;
+KO_API extern const ko_projlist_entry ko_prj_gnomonic_ellipsoidal_vector;
+KO_API extern const ko_projlist_entry ko_prj_polar_stereographic_variant_a_vector;
+KO_API extern const ko_projlist_entry ko_prj_polar_stereographic_variant_b_vector;
+KO_API extern const ko_projlist_entry ko_prj_polar_stereographic_variant_c_vector;
+KO_API extern const ko_projlist_entry ko_prj_mercator_variant_a_vector;
+KO_API extern const ko_projlist_entry ko_prj_mercator_variant_c_vector;
+KO_API extern const ko_projlist_entry ko_prj_hammer_ellipsoidal_vector;
+KO_API extern const ko_projlist_entry ko_prj_quartic_authalic_ellipsoidal_vector;
+KO_API extern const ko_projlist_entry ko_prj_eckert_greifendorff_vector;
+KO_API extern const ko_projlist_entry ko_prj_wagner_iv_vector;
+KO_API extern const ko_projlist_entry ko_prj_wagner_v_vector;
+KO_API extern const ko_projlist_entry ko_prj_wagner_vii_vector;
+KO_API extern const ko_projlist_entry ko_prj_natural_earth_vector;
+KO_API extern const ko_projlist_entry ko_prj_natural_earth_ii_vector;
+KO_API extern const ko_projlist_entry ko_prj_patterson_vector;
+KO_API extern const ko_projlist_entry ko_prj_compact_miller_vector;
+KO_API extern const ko_projlist_entry ko_prj_transverse_cylindrical_eqarea_vector;
+KO_API extern const ko_projlist_entry ko_prj_aspect_adaptive_cylindrical_vector;
+KO_API extern const ko_projlist_entry ko_prj_geostationary_satellite_vector;
+KO_API extern const ko_projlist_entry ko_prj_equal_earth_vector;
+KO_API extern const ko_projlist_entry ko_prj_peirce_quincuncial_vector;
+KO_API extern const ko_projlist_entry ko_prj_adams_square_ii_vector;
+KO_API extern const ko_projlist_entry ko_prj_tobler_cylindrical_i_vector;
+KO_API extern const ko_projlist_entry ko_prj_tobler_cylindrical_ii_vector;
+KO_API extern const ko_projlist_entry ko_prj_perspective_cylindrical_vector;
+KO_API extern const ko_projlist_entry ko_prj_lambert_conformal_conic_1sp_vector;
+KO_API extern const ko_projlist_entry ko_prj_lambert_conformal_conic_2sp_vector;
+KO_API extern const ko_projlist_entry ko_prj_plate_carree_oblique_vector;
+KO_API extern const ko_projlist_entry ko_prj_equidistant_cylindrical_auxs_vector;
+KO_API extern const ko_projlist_entry ko_prj_miller_cylindrical_auxs_vector;
+KO_API extern const ko_projlist_entry ko_prj_mercator_auxs_vector;
+KO_API extern const ko_projlist_entry ko_prj_mollweide_auxs_vector;
+KO_API extern const ko_projlist_entry ko_prj_eckert_vi_auxs_vector;
+KO_API extern const ko_projlist_entry ko_prj_eckert_iv_auxs_vector;
+KO_API extern const ko_projlist_entry ko_prj_stereographic_auxs_vector;
+KO_API extern const ko_projlist_entry ko_prj_van_der_grinten_i_auxs_vector;
+KO_API extern const ko_projlist_entry ko_prj_azimuthal_equidistant_auxs_vector;
+KO_API extern const ko_projlist_entry ko_prj_lambert_azimuthal_eqarea_auxs_vector;
+KO_API extern const ko_projlist_entry ko_prj_orthographic_auxs_vector;
+KO_API extern const ko_projlist_entry ko_prj_gnomonic_auxs_vector;
+KO_API extern const ko_projlist_entry ko_prj_hotine_azimuth_center_old_vector;
+
+/* The projection list: the 106 vectors in alphabetical order of their
+ * vector names, then null. */
+KO_API extern const ko_projlist_entry *const ko_projlist_tbl[];
+KO_API extern const int ko_projlist_tbl_cnt;
+/* Lookups: by code (null below 1 or unknown), by name (case-insensitive),
+ * by index (null outside [0, count)). */
+KO_API const ko_projlist_entry *ko_projlist_from_code(int32_t code);
+KO_API const ko_projlist_entry *ko_projlist_from_name(const char *name);
+KO_API const ko_projlist_entry *ko_projlist_from_indx(int index);
+KO_API int ko_projlist_count(void);
+/* Slots 2 to 7 of the vector of the projection object's code, or null. */
+KO_API ko_proj_fn ko_projlist_get_forward(const ko_projection *projection);
+KO_API ko_proj_fn ko_projlist_get_inverse(const ko_projection *projection);
+KO_API ko_proj_constfunc ko_projlist_get_constfunc(const ko_projection *projection);
+KO_API ko_proj_validfunc ko_projlist_get_validfunc(const ko_projection *projection);
+KO_API ko_proj_compfunc ko_projlist_get_compfunc(const ko_projection *projection);
+KO_API ko_proj_parmfunc ko_projlist_get_parmfunc(const ko_projection *projection);
+/* A new projection object from the list: status KO_STATUS_CODE by code
+ * (error 217 when unknown), KO_STATUS_STRING by name (error 309). */
+KO_API ko_projection *ko_projlist_projection_from_code(int32_t code, ko_err *err);
+KO_API ko_projection *ko_projlist_projection_from_name(const char *name, ko_err *err);
+
+/* Projection object (type KO_TYPE_PROJECTION): code, name and the forward,
+ * inverse and constants functions copied from its vector. */
+KO_API int ko_projection_p(const void *obj);
+KO_API ko_projection *ko_projection_clone(const ko_projection *projection);
+KO_API ko_projection *ko_projection_del(ko_projection *projection);
+/* Equal codes; Gauss_Kruger (43005) and Transverse_Mercator (43006) are
+ * the same projection. */
+KO_API int ko_projection_eq(const ko_projection *a, const ko_projection *b);
+KO_API ko_proj_fn ko_projection_forward(const ko_projection *projection);
+KO_API ko_proj_fn ko_projection_inverse(const ko_projection *projection);
+KO_API ko_proj_constfunc ko_projection_constfunc(const ko_projection *projection);
+/* Checks 24 parameters (by slot) for the projection of code: null array
+ * error 330, code <= 0 valid, unknown code error 349, else the vector's
+ * validfunc.  name is the source of the reports. */
+KO_API int ko_projection_valid(ko_parameter *const *parms, const char *name, int32_t code,
+                               ko_err *err);
+/* Clears the 24 parameter slots (pointers set to null, nothing deleted) and
+ * fills the projection's defaults; returns the number filled (0: none). */
+KO_API int ko_projection_defaults(const ko_projection *projection, ko_parameter **parms);
+KO_API extern const ko_objvec ko_projection_objvec;
+KO_DECLARE_OBJECT_FORWARDS(projection, ko_projection)
+
+/* Projection classes (ko_proj_class; 0 for an unknown code). */
+#define KO_PROJ_CLASS_AZIMUTHAL 10
+#define KO_PROJ_CLASS_MODIFIED_AZIMUTHAL 19
+#define KO_PROJ_CLASS_CYLINDRIC 20
+#define KO_PROJ_CLASS_PSEUDOCYLINDRIC 21
+#define KO_PROJ_CLASS_MODIFIED_CYLINDRIC 29
+#define KO_PROJ_CLASS_CONIC 30
+#define KO_PROJ_CLASS_PSEUDOCONIC 31
+#define KO_PROJ_CLASS_POLYCONIC 32
+#define KO_PROJ_CLASS_MODIFIED_CONIC 39
+#define KO_PROJ_CLASS_FACED 40
+
+/* Projection property bits (ko_proj_props; 0 for an unknown code). */
+#define KO_PROJ_PROPERTY_NONE 1u
+#define KO_PROJ_PROPERTY_CONFORMAL 2u
+#define KO_PROJ_PROPERTY_EQ_AREA 4u
+#define KO_PROJ_PROPERTY_EQ_DIST_ONE_PT 8u
+#define KO_PROJ_PROPERTY_EQ_DIST_TWO_PT 16u
+#define KO_PROJ_PROPERTY_EQ_DIST_MERID 32u
+#define KO_PROJ_PROPERTY_EQ_DIST_PARALLEL 64u
+#define KO_PROJ_PROPERTY_EQ_DIST_OTHER 128u
+#define KO_PROJ_PROPERTY_TRUE_DIRECTION_CENTER 256u
+#define KO_PROJ_PROPERTY_TRUE_DIRECTION_LOXODROMES 512u
+#define KO_PROJ_PROPERTY_STRAIGHT_LOXODROMES 1024u
+#define KO_PROJ_PROPERTY_STRAIGHT_LOXODROMES_CENTER 2048u
+#define KO_PROJ_PROPERTY_STRAIGHT_GREAT_CIRCLES 4096u
+#define KO_PROJ_PROPERTY_STRAIGHT_GREAT_ELLIPTICS 8192u
+#define KO_PROJ_PROPERTY_INTERRUPTED 16384u
+#define KO_PROJ_PROPERTY_NOT_ENTIRE_WORLD 32768u
+#define KO_PROJ_PROPERTY_ENTIRE_WORLD 65536u
+#define KO_PROJ_PROPERTY_WORLD_APHYLACTIC 131072u
+#define KO_PROJ_PROPERTY_PERSPECTIVE 262144u
+
+/* A class or property: value, macro name, short name.  The two tables end
+ * with a zero row. */
+typedef struct ko_proj_attr_entry {
+  uint32_t value;
+  const char *macro;
+  const char *short_name;
+} ko_proj_attr_entry;
+KO_API extern const ko_proj_attr_entry ko_proj_class_tbl[];
+KO_API extern const ko_proj_attr_entry ko_proj_props_tbl[];
+KO_API int ko_proj_class(int32_t code);
+KO_API uint32_t ko_proj_props(int32_t code);
+
 /* Longitude wrapping: into [-pi, pi], and into [c - pi, c + pi]. */
 KO_API double ko_delta(double angle);
 KO_API double ko_delta_center(double angle, double center);

@@ -19,6 +19,7 @@ constexpr const ko_objvec *kRegistry[] = {
     &ko_metadata_objvec,
     &ko_parameter_objvec,
     &ko_primem_objvec,
+    &ko_projection_objvec,
     &ko_remark_objvec,
     &ko_scaleunit_objvec,
     &ko_spheroid_objvec,

@@ -9,6 +9,8 @@
 // in degrees, so at a looser relative 1e-14) is a second, independent check.
 #include "ko.h"
 
+#include "projections/quadrature.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -28,41 +30,7 @@ constexpr double kHalfPi = kPi / 2;
 constexpr double kDeg = kPi / 180;
 constexpr double kThreshold = 0.006884661117170036;  // series below, closed forms at/above
 
-// Gauss-Legendre nodes and weights on [-1, 1], found by Newton's method on
-// the Legendre polynomial in long double.
-struct GaussLegendre {
-  static constexpr int kN = 20;
-  ld x[kN], w[kN];
-  GaussLegendre() {
-    for (int i = 0; i < kN; ++i) {
-      ld z = std::cos(std::numbers::pi_v<ld> * (i + 0.75L) / (kN + 0.5L)), dp = 0;
-      for (int it = 0; it < 100; ++it) {
-        ld p0 = 1, p1 = z;
-        for (int k = 2; k <= kN; ++k) {
-          ld p2 = ((2 * k - 1) * z * p1 - (k - 1) * p0) / k;
-          p0 = p1;
-          p1 = p2;
-        }
-        dp = kN * (z * p1 - p0) / (z * z - 1);
-        ld dz = p1 / dp;
-        z -= dz;
-        if (std::fabs(dz) < 1e-21L) break;
-      }
-      x[i] = z;
-      w[i] = 2 / ((1 - z * z) * dp * dp);
-    }
-  }
-  template <class F>
-  ld integrate(F f, ld lo, ld hi, int panels = 8) const {
-    ld sum = 0, h = (hi - lo) / panels;
-    for (int p = 0; p < panels; ++p) {
-      ld mid = lo + (p + 0.5L) * h;
-      for (int i = 0; i < kN; ++i) sum += w[i] * f(mid + x[i] * h / 2);
-    }
-    return sum * h / 2;
-  }
-};
-const GaussLegendre gl;
+const ko::test::GaussLegendre gl;
 
 // Conformal latitude: chi = gd(psi), psi = asinh(tan φ) - e atanh(e sin φ).
 ld ref_chi(ld e2, ld phi) {

@@ -4,6 +4,8 @@
 // quadrature of their defining integrals.  Required accuracy: 1e-15 relative.
 #include "ko.h"
 
+#include "projections/quadrature.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -74,36 +76,11 @@ TEST(CompleteIntegrals, DomainEdges) {
   EXPECT_DOUBLE_EQ(ko_ellint3(0, 0), std::numbers::pi / 2);
 }
 
-// Long-double Gauss-Legendre (20 nodes, 16 panels) on [0, π/2].
+// Long-double Gauss-Legendre, 16 panels on [0, π/2].
 template <class F>
 long double quad_half_pi(F f) {
-  static long double x[20], w[20];
-  static bool ready = false;
-  if (!ready) {
-    for (int i = 0; i < 20; ++i) {
-      long double z = std::cos(std::numbers::pi_v<long double> * (i + 0.75L) / 20.5L), dp = 0;
-      for (int it = 0; it < 100; ++it) {
-        long double p0 = 1, p1 = z;
-        for (int k = 2; k <= 20; ++k) {
-          long double p2 = ((2 * k - 1) * z * p1 - (k - 1) * p0) / k;
-          p0 = p1;
-          p1 = p2;
-        }
-        dp = 20 * (z * p1 - p0) / (z * z - 1);
-        long double dz = p1 / dp;
-        z -= dz;
-        if (std::fabs(dz) < 1e-21L) break;
-      }
-      x[i] = z;
-      w[i] = 2 / ((1 - z * z) * dp * dp);
-    }
-    ready = true;
-  }
-  const int panels = 16;
-  long double h = std::numbers::pi_v<long double> / 2 / panels, sum = 0;
-  for (int p = 0; p < panels; ++p)
-    for (int i = 0; i < 20; ++i) sum += w[i] * f((p + 0.5L) * h + x[i] * h / 2);
-  return sum * h / 2;
+  static const ko::test::GaussLegendre gl;
+  return gl.integrate(f, 0, std::numbers::pi_v<long double> / 2, 16);
 }
 
 TEST(CompleteIntegrals, AgreeWithQuadrature) {
