@@ -139,7 +139,7 @@ ko_primem *ko_wkt_primem_from_tokens(const ko_wkt_tokens *tokens, const char *au
       return nullptr;
     }
   }
-  if (std::fabs(longitude * ko_angunit_factor(unit.get()) / ko::kDegree) > 180.0) {
+  if (std::fabs(ko_angunit_factor(unit.get()) / ko::kDegree * longitude) > 180.0) {
     report(err, 419, node.keyword, value_text(r, c, 0));
     return nullptr;
   }
