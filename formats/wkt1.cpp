@@ -144,9 +144,13 @@ int ko_wkt_object_to_str(const void *obj, const char *authority, uint32_t option
   const TypeRow *row = row_of(ko_object_type(obj));
   if (row == nullptr) return -1;
   int result = row->write(obj, authority, options, size, buf);
-  if (result == 0 && (options & (KO_STR_EXPAND | KO_STR_EXPAND_TABS)) != 0)
-    result = ko_str_expand_wkt(buf, "", options, size, buf);
-  return result;
+  if ((options & (KO_STR_EXPAND | KO_STR_EXPAND_TABS)) == 0) return result;
+  if (result == 0) return ko_str_expand_wkt(buf, "", options, size, buf);
+  // The plain text did not fit: the size needed is that of the expanded
+  // text, so expand a full copy just to measure it.
+  ko::Owned<char> plain(static_cast<char *>(ko_allocate_rtn(static_cast<std::size_t>(result), 0, "wkt text")));
+  if (plain == nullptr || row->write(obj, authority, options, result, plain.get()) != 0) return result;
+  return ko_str_expand_wkt(plain.get(), "", options, 0, nullptr);
 }
 
 void *ko_wkt_str_to_object_no_type(const char *text, const char *authority, ko_err *err) {
