@@ -98,8 +98,12 @@ bool value_number(const Reader &r, const Node &node, const Children &c, int k, i
 // The k-th plain value's text, or null.
 const char *value_text(const Reader &r, const Children &c, int k);
 
-// The library's name for a name read (the authority's synonym mapped
-// back), cut to 79 characters; a longer name is reported as warning 354.
+// The library's name for a name read, cut to 79 characters (a longer name
+// is reported as warning 354).  With an authority the name is that
+// authority's spelling mapped back.  Without one, a name that already is
+// one of the library's names becomes the library's spelling of it (other
+// authorities spell some library names alike for other objects); any other
+// name is mapped through every authority's synonyms.
 void library_name(const Reader &r, uint32_t type, const Node &node, char (&out)[KO_NAME_SIZE]);
 
 // Reads an optional child with its reader.  Absent: true.  When the child

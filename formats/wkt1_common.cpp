@@ -31,6 +31,27 @@ bool note_single(const Reader &r, const Node &node, int &slot, int index, int du
   return true;
 }
 
+// The library's own spelling of a name of the type, when the name is one
+// of the library's names (compared the library's way, ko_strcmp_ci).
+const char *own_name(uint32_t type, const char *name) {
+  if (type == KO_TYPE_PARAMETER) {
+    const ko_parmlist_entry *row = ko_parmlist_from_name(name);
+    return row != nullptr && row->code != KO_PARM_CODE_DATASET ? row->name : nullptr;
+  }
+  if (type == KO_TYPE_PROJECTION) {
+    for (int i = 0; i < ko_projlist_count(); ++i)
+      if (ko_strcmp_ci(ko_projlist_from_indx(i)->name, name) == 0) return ko_projlist_from_indx(i)->name;
+    return nullptr;
+  }
+  for (const ko_db_builtin_entry *row = ko_db_builtin_registry; row->type != 0; ++row) {
+    if ((row->type & type) != row->type || row->data == nullptr) continue;
+    // Every data record starts with its name.
+    auto *record = static_cast<const char *const *>(ko_db_builtin_data_lookup_name(row, name));
+    if (record != nullptr && ko_strcmp_ci(*record, name) == 0) return *record;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 void report(ko_err *err, int number, const char *source, const char *message, int severity) {
@@ -141,7 +162,11 @@ bool value_number(const Reader &r, const Node &node, const Children &c, int k, i
 
 void library_name(const Reader &r, uint32_t type, const Node &node, char (&out)[KO_NAME_SIZE]) {
   if (!fits<KO_NAME_SIZE>(node.name)) report_too_long(r.err, node.keyword, node.name);
-  ko_synonym_lookup_by_syn(type, node.name, r.authority, out);
+  bool any_authority = r.authority == nullptr || r.authority[0] == '\0';
+  if (const char *own = any_authority ? own_name(type, node.name) : nullptr)
+    ko_strncpy(out, own, KO_NAME_SIZE);
+  else
+    ko_synonym_lookup_by_syn(type, node.name, r.authority, out);
 }
 
 bool read_metadata(const Reader &r, const Children &c, ko_metadata **&out) {

@@ -120,7 +120,7 @@ TEST(Wkt1Read, ErrorMessagesNameTheObjectOrTheOffendingText) {
 TEST(Wkt1Read, TokenListErrorsOfFromTokens) {
   auto list = std::make_unique<ko_wkt_tokens>();
   ASSERT_EQ(ko_wkt_str_to_tokens(list.get(), kGcs.c_str(), nullptr, nullptr), 0);
-  ko_err err;
+  ko_err err{};
   EXPECT_EQ(ko_wkt_geogcs_from_tokens(list.get(), nullptr, list->count, nullptr, &err), nullptr);
   EXPECT_EQ(err.number, 462);
   EXPECT_STREQ(err.message, std::to_string(list->count).c_str());
@@ -346,6 +346,21 @@ TEST(Wkt1Read, NamesMapThroughTheAuthoritysSynonyms) {
   auto other = read_text(text, "No_Such_Authority");
   ASSERT_NE(other.obj, nullptr);
   EXPECT_STREQ(ko_header_get_name(other.obj.get()), "WGS 84");
+
+  // Without an authority the library's own names stay what they are, even
+  // where another authority spells a different object alike (EPSG's
+  // "Longitude of origin" is the library's Central_Meridian); other names
+  // map through any authority's synonyms.
+  auto own = read_text(R"(PARAMETER["longitude of origin",10])");
+  ASSERT_NE(own.obj, nullptr);
+  EXPECT_EQ(ko_object_code_internal(own.obj.get()), 100011);
+  EXPECT_STREQ(ko_header_get_name(own.obj.get()), "Longitude_Of_Origin");
+  auto epsg = read_text(R"(PARAMETER["Longitude of origin",10])", "EPSG");
+  ASSERT_NE(epsg.obj, nullptr);
+  EXPECT_EQ(ko_object_code_internal(epsg.obj.get()), 100010);
+  auto any = read_text(R"(PROJECTION["Equirectangular"])");
+  ASSERT_NE(any.obj, nullptr);
+  EXPECT_STREQ(ko_header_get_name(any.obj.get()), "Equidistant_Cylindrical");
 }
 
 TEST(Wkt1Read, SpecialCasesAfterReading) {
