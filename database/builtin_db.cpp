@@ -50,58 +50,62 @@ void copy_codes(ko_db_rec *out, std::initializer_list<int32_t> codes) {
   for (int32_t c : codes) out->codes[i++] = c;
 }
 
+// Casts a data record and copies the name and code it begins with.
+template <class R>
+const R *named(const void *record, ko_db_rec *out) {
+  const auto *r = static_cast<const R *>(record);
+  out->code = r->code;
+  set_text(out->name, r->name);
+  return r;
+}
+
+// The texts and factor that unit records share.
+template <class R>
+void copy_unit(ko_db_rec *out, const R *r) {
+  set_text(out->text, r->display);
+  set_text(out->text2, r->plural);
+  set_text(out->text3, r->abbreviation);
+  out->values[0] = r->factor;
+}
+
 bool copy_data(uint32_t type, const void *record, ko_db_rec *out) {
   switch (type) {
     case KO_TYPE_GEOGCS: {
-      const auto *r = static_cast<const ko_db_geogcs_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
+      const auto *r = named<ko_db_geogcs_rec>(record, out);
       copy_codes(out, {r->datum, r->primem, r->angunit});
       return true;
     }
     case KO_TYPE_PROJCS: {
-      const auto *r = static_cast<const ko_db_projcs_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
+      const auto *r = named<ko_db_projcs_rec>(record, out);
       copy_codes(out, {r->geogcs, r->projection, r->linunit});
       place_parameters(out, ko_obj_projcs_parms, ko_obj_projcs_parms_cnt, r->parm_first,
                        r->parm_count, nullptr, 0);
       return true;
     }
     case KO_TYPE_VERTCS: {
-      const auto *r = static_cast<const ko_db_vertcs_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
+      const auto *r = named<ko_db_vertcs_rec>(record, out);
       copy_codes(out, {r->vdatum, r->linunit, r->direction});
       return true;
     }
     case KO_TYPE_GXYZCS: {
-      const auto *r = static_cast<const ko_db_gxyzcs_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
+      const auto *r = named<ko_db_gxyzcs_rec>(record, out);
       copy_codes(out, {r->datum, r->primem, r->linunit});
       return true;
     }
     case KO_TYPE_HVCOORDSYS: {
-      const auto *r = static_cast<const ko_db_hvcoordsys_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
+      const auto *r = named<ko_db_hvcoordsys_rec>(record, out);
       copy_codes(out, {r->hcs, r->vcs, r->hcs_type});
       return true;
     }
     case KO_TYPE_DATUM:
     case KO_TYPE_VDATUM: {
-      const auto *r = static_cast<const ko_db_datum_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
+      const auto *r = named<ko_db_datum_rec>(record, out);
       copy_codes(out, {r->spheroid});
       set_text(out->text, sizeof out->text, r->anchor);
       return true;
     }
     case KO_TYPE_GEOGTRAN: {
-      const auto *r = static_cast<const ko_db_geogtran_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
+      const auto *r = named<ko_db_geogtran_rec>(record, out);
       copy_codes(out, {r->gcs1, r->gcs2, r->method});
       out->values[0] = r->accuracy;
       place_parameters(out, ko_obj_geogtran_parms, ko_obj_geogtran_parms_cnt, r->parm_first,
@@ -109,9 +113,7 @@ bool copy_data(uint32_t type, const void *record, ko_db_rec *out) {
       return true;
     }
     case KO_TYPE_VERTTRAN: {
-      const auto *r = static_cast<const ko_db_verttran_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
+      const auto *r = named<ko_db_verttran_rec>(record, out);
       copy_codes(out, {r->vcs1, r->vcs2, r->method, r->interpolation});
       out->values[0] = r->accuracy;
       place_parameters(out, ko_obj_verttran_parms, ko_obj_verttran_parms_cnt, r->parm_first,
@@ -120,39 +122,25 @@ bool copy_data(uint32_t type, const void *record, ko_db_rec *out) {
     }
     case KO_TYPE_ANGUNIT:
     case KO_TYPE_SCALEUNIT: {
-      const auto *r = static_cast<const ko_db_angunit_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
-      set_text(out->text, r->display);
-      set_text(out->text2, r->plural);
-      set_text(out->text3, r->abbreviation);
-      out->values[0] = r->factor;
+      const auto *r = named<ko_db_angunit_rec>(record, out);
+      copy_unit(out, r);
       return true;
     }
     case KO_TYPE_LINUNIT:
     case KO_TYPE_AREAUNIT: {
-      const auto *r = static_cast<const ko_db_linunit_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
-      set_text(out->text, r->display);
-      set_text(out->text2, r->plural);
-      set_text(out->text3, r->abbreviation);
-      out->values[0] = r->factor;
+      const auto *r = named<ko_db_linunit_rec>(record, out);
+      copy_unit(out, r);
       copy_codes(out, {r->related});
       return true;
     }
     case KO_TYPE_PRIMEM: {
-      const auto *r = static_cast<const ko_db_primem_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
+      const auto *r = named<ko_db_primem_rec>(record, out);
       copy_codes(out, {r->angunit});
       out->values[0] = r->longitude;
       return true;
     }
     case KO_TYPE_SPHEROID: {
-      const auto *r = static_cast<const ko_db_spheroid_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
+      const auto *r = named<ko_db_spheroid_rec>(record, out);
       copy_codes(out, {r->linunit});
       out->values[0] = r->axis;
       out->values[1] = r->flattening;
@@ -163,16 +151,12 @@ bool copy_data(uint32_t type, const void *record, ko_db_rec *out) {
     case KO_TYPE_VTMETHOD:
     case KO_TYPE_PROJECTION:
     case KO_TYPE_PARAMETER: {
-      const auto *r = static_cast<const ko_db_method_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
+      const auto *r = named<ko_db_method_rec>(record, out);
       copy_codes(out, {r->slot});
       return true;
     }
     case KO_TYPE_EXTENT: {
-      const auto *r = static_cast<const ko_db_extent_rec *>(record);
-      out->code = r->code;
-      set_text(out->name, r->name);
+      const auto *r = named<ko_db_extent_rec>(record, out);
       out->values[0] = r->west;
       out->values[1] = r->south;
       out->values[2] = r->east;

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
 
 // The record layouts are part of the exported data: fixed sizes on the
@@ -61,13 +62,21 @@ static_assert(offsetof(ko_db_method_rec, code) == kDataCodeOffset);
 
 namespace ko::catalog {
 
-// For each type with synonyms, the positions of its synonym records
-// sorted by library name, then authority, the primary spelling first.
-struct SynonymIndex {
-  uint32_t type;
-  const uint32_t *by_name;
+// Per type, two indexes generated with the tables: the synonym records
+// by the code of the object they name (then authority, the primary
+// spelling first), and the data records by name with ASCII case folded
+// (the order of ko_strcmp_i).
+struct SynonymOwner {
+  int32_t code;
+  uint32_t position;
 };
-extern const SynonymIndex kSynonymIndex[];
+struct TypeIndex {
+  uint32_t type;
+  const SynonymOwner *synonyms_by_owner;
+  const uint32_t *data_by_name;
+};
+extern const TypeIndex kTypeIndex[];
+const TypeIndex *type_index(uint32_t type);
 
 // Name-key comparison: ASCII case folded, white space and ( ) - / \ _
 // skipped, bytes compared unsigned; the order the generator sorts
@@ -101,6 +110,18 @@ const T *find_first(std::span<const T> recs, int32_t key, Key key_of) {
       hi = mid;
   }
   return lo < recs.size() && key_of(recs[lo]) == key ? &recs[lo] : nullptr;
+}
+
+// Name and code of a data record (every data table but the extent's).
+inline const char *data_record_name(const void *rec) {
+  const char *name;
+  std::memcpy(&name, rec, sizeof name);
+  return name;
+}
+inline int32_t data_record_code(const void *rec) {
+  int32_t code;
+  std::memcpy(&code, static_cast<const unsigned char *>(rec) + kDataCodeOffset, sizeof code);
+  return code;
 }
 
 // The registry row of the type, as ko_db_builtin_data_find.

@@ -69,6 +69,42 @@ const ko_db_name_rec *search_name_hash(std::span<const ko_db_name_rec> names, ui
   return nullptr;
 }
 
+// The record whose name equals `name` ignoring case.  Names are unique
+// ignoring case (their hashes are), so at most one record matches and a
+// binary search of the generated case-folded order finds the record a
+// scan from the start would.
+const void *find_name_ignoring_case(const ko_db_builtin_entry *row, const char *name) {
+  const ko::catalog::TypeIndex *index = ko::catalog::type_index(row->type);
+  auto count = static_cast<std::size_t>(row->data->count);
+  if (index == nullptr || index->data_by_name == nullptr) {
+    for (std::size_t i = 0; i < count; ++i)
+      if (ko_strcmp_i(data_name(row->data, i), name) == 0) return data_record(row->data, i);
+    return nullptr;
+  }
+  const uint32_t *order = index->data_by_name;
+  std::size_t lo = 0;
+  std::size_t hi = count;
+  while (lo < hi) {
+    std::size_t mid = lo + (hi - lo) / 2;
+    if (ko_strcmp_i(data_name(row->data, order[mid]), name) < 0)
+      lo = mid + 1;
+    else
+      hi = mid;
+  }
+  if (lo < count && ko_strcmp_i(data_name(row->data, order[lo]), name) == 0)
+    return data_record(row->data, order[lo]);
+  return nullptr;
+}
+
+// The first tie whose `column` holds code (0 means none and finds nothing).
+const ko_db_gcsvcs_rec *scan_ties(const ko_db_builtin_entry *row, int32_t code,
+                                  int32_t ko_db_gcsvcs_rec::*column) {
+  if (row == nullptr || code == 0) return nullptr;
+  for (const ko_db_gcsvcs_rec &rec : records<ko_db_gcsvcs_rec>(row->gcsvcs))
+    if (rec.*column == code) return &rec;
+  return nullptr;
+}
+
 template <class T>
 const T *by_code(const ko_db_tbl *tbl, int32_t code) {
   return find_first(records<T>(tbl), code, [](const T &r) { return r.code; });
@@ -91,6 +127,12 @@ int compare_name_keys(const char *a, const char *b) {
     ++p;
     ++q;
   }
+}
+
+const TypeIndex *type_index(uint32_t type) {
+  for (const TypeIndex *p = kTypeIndex; p->type != 0; ++p)
+    if (p->type == type) return p;
+  return nullptr;
 }
 
 const ko_db_builtin_entry *row_of(uint32_t type) {
@@ -157,12 +199,7 @@ const void *ko_db_builtin_data_lookup_name(const ko_db_builtin_entry *row, const
       if (rec != nullptr) return rec;
     }
   }
-  auto count = static_cast<std::size_t>(row->data->count);
-  for (std::size_t i = 0; i < count; ++i) {
-    const char *candidate = data_name(row->data, i);
-    if (candidate != nullptr && ko_strcmp_i(candidate, name) == 0) return data_record(row->data, i);
-  }
-  return nullptr;
+  return find_name_ignoring_case(row, name);
 }
 
 const ko_db_text_rec *ko_db_builtin_description_lookup(const ko_db_builtin_entry *row,
@@ -251,18 +288,12 @@ const ko_db_gcsvcs_rec *ko_db_builtin_gcsvcs_lookup_by_gcs(const ko_db_builtin_e
 // hundred rows.
 const ko_db_gcsvcs_rec *ko_db_builtin_gcsvcs_lookup_by_xyz(const ko_db_builtin_entry *row,
                                                            int32_t code) {
-  if (row == nullptr || code == 0) return nullptr;
-  for (const ko_db_gcsvcs_rec &rec : records<ko_db_gcsvcs_rec>(row->gcsvcs))
-    if (rec.xyz == code) return &rec;
-  return nullptr;
+  return scan_ties(row, code, &ko_db_gcsvcs_rec::xyz);
 }
 
 const ko_db_gcsvcs_rec *ko_db_builtin_gcsvcs_lookup_by_vcs(const ko_db_builtin_entry *row,
                                                            int32_t code) {
-  if (row == nullptr || code == 0) return nullptr;
-  for (const ko_db_gcsvcs_rec &rec : records<ko_db_gcsvcs_rec>(row->gcsvcs))
-    if (rec.vcs == code) return &rec;
-  return nullptr;
+  return scan_ties(row, code, &ko_db_gcsvcs_rec::vcs);
 }
 
 char *ko_db_builtin_version_info(char *buf, int size) {

@@ -1,8 +1,8 @@
 // Synonyms: other authorities' spellings of the library's names.  Each
 // type's synonym table is sorted by synonym under the name key (case and
 // the characters ( ) - / \ _ and white space ignored), so a synonym is
-// found by binary search; a generated index sorts the same records by
-// library name for the reverse lookup.
+// found by binary search; a generated index orders the same records by the
+// code of the object they name, for the reverse lookup.
 #include "database/catalog.h"
 #include "foundation/internal.h"
 
@@ -19,12 +19,6 @@ bool authority_matches(const char *wanted, const char *authority) {
 std::span<const ko_db_synonym_rec> synonym_records(const ko_db_builtin_entry *row) {
   if (row == nullptr || row->synonym == nullptr) return {};
   return ko::catalog::records<ko_db_synonym_rec>(row->synonym());
-}
-
-const uint32_t *by_name_index(uint32_t type) {
-  for (const ko::catalog::SynonymIndex *p = ko::catalog::kSynonymIndex; p->type != 0; ++p)
-    if (p->type == type) return p->by_name;
-  return nullptr;
 }
 
 // The first position in [0, n) whose key is not below `key`, where
@@ -62,6 +56,19 @@ const ko_db_synonym_rec *for_each_row(uint32_t type, F lookup) {
   return nullptr;
 }
 
+using SynonymLookup = const ko_db_synonym_rec *(*)(const ko_db_builtin_entry *, const char *,
+                                                   const char *);
+
+// Looks `name` up with `lookup` in the type's rows and copies the found
+// record's `field` into out, or the name itself when nothing is found.
+char *translate(uint32_t type, const char *name, const char *authority, char *out,
+                SynonymLookup lookup, const char *ko_db_synonym_rec::*field) {
+  if (out == nullptr) return nullptr;
+  const ko_db_synonym_rec *found =
+      for_each_row(type, [&](const ko_db_builtin_entry *row) { return lookup(row, name, authority); });
+  return copy80(out, found != nullptr ? found->*field : name);
+}
+
 }  // namespace
 
 extern "C" {
@@ -78,36 +85,41 @@ const ko_db_synonym_rec *ko_db_builtin_synonym_s_lookup(const ko_db_builtin_entr
   return nullptr;
 }
 
+// Finds the object the library name names, then its synonyms through the
+// index by owner code.
 const ko_db_synonym_rec *ko_db_builtin_synonym_a_lookup(const ko_db_builtin_entry *row,
                                                         const char *name,
                                                         const char *authority) {
   if (row == nullptr || name == nullptr || *name == '\0') return nullptr;
   auto syns = synonym_records(row);
-  const uint32_t *index = by_name_index(row->type);
-  if (syns.empty() || index == nullptr) return nullptr;
-  std::size_t i = lower_bound_key(syns.size(), name,
-                                  [&](std::size_t k) { return syns[index[k]].name; });
-  for (; i < syns.size() && compare_name_keys(syns[index[i]].name, name) == 0; ++i)
-    if (authority_matches(authority, syns[index[i]].authority)) return &syns[index[i]];
+  const ko::catalog::TypeIndex *index = ko::catalog::type_index(row->type);
+  if (syns.empty() || index == nullptr || index->synonyms_by_owner == nullptr) return nullptr;
+  const void *owner = ko_db_builtin_data_lookup_name(row, name);
+  // A hash hit may belong to another name than the one asked for.
+  if (owner == nullptr || compare_name_keys(ko::catalog::data_record_name(owner), name) != 0)
+    return nullptr;
+  int32_t code = ko::catalog::data_record_code(owner);
+  std::span<const ko::catalog::SynonymOwner> owners(index->synonyms_by_owner, syns.size());
+  const ko::catalog::SynonymOwner *first = ko::catalog::find_first(
+      owners, code, [](const ko::catalog::SynonymOwner &o) { return o.code; });
+  if (first == nullptr) return nullptr;
+  for (const ko::catalog::SynonymOwner *p = first; p != owners.data() + owners.size() && p->code == code;
+       ++p) {
+    if (authority_matches(authority, syns[p->position].authority)) return &syns[p->position];
+  }
   return nullptr;
 }
 
 char *ko_synonym_lookup_by_syn(uint32_t type, const char *name, const char *authority,
                                char *out80) {
-  if (out80 == nullptr) return nullptr;
-  const ko_db_synonym_rec *found = for_each_row(type, [&](const ko_db_builtin_entry *row) {
-    return ko_db_builtin_synonym_s_lookup(row, name, authority);
-  });
-  return copy80(out80, found != nullptr ? found->name : name);
+  return translate(type, name, authority, out80, ko_db_builtin_synonym_s_lookup,
+                   &ko_db_synonym_rec::name);
 }
 
 char *ko_synonym_lookup_by_act(uint32_t type, const char *libname, const char *authority,
                                char *out80) {
-  if (out80 == nullptr) return nullptr;
-  const ko_db_synonym_rec *found = for_each_row(type, [&](const ko_db_builtin_entry *row) {
-    return ko_db_builtin_synonym_a_lookup(row, libname, authority);
-  });
-  return copy80(out80, found != nullptr ? found->synonym : libname);
+  return translate(type, libname, authority, out80, ko_db_builtin_synonym_a_lookup,
+                   &ko_db_synonym_rec::synonym);
 }
 
 }  // extern "C"

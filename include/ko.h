@@ -623,8 +623,9 @@ KO_API int ko_unit_tbl_count(const ko_unit_entry *tbl);
  *   _new_errext(name, factor, err), _new(name, factor): no texts.
  *   _new_code_errext(code, err), _new_code(code), _new_name_errext(name,
  *       err), _new_name(name): from the unit table (status KO_STATUS_CODE,
- *       internal and external code set); an unknown code is error 212
- *       (linear), 211 (angular) or 210, an unknown name error 132.
+ *       internal and external code set; names also through the catalogue's
+ *       synonyms, e.g. "metre"); an unknown code is error 212 (linear), 211
+ *       (angular) or 210, an unknown name error 132.
  *   _p, _clone, _del, _eq: equal when both are units sharing a type bit,
  *       their names are equal by ko_strcmp_ci and their factors agree to
  *       the library's relative tolerance.

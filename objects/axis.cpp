@@ -111,18 +111,12 @@ int ko_axis_p(const void *obj) { return ko::live_axis(obj) != nullptr; }
 
 ko_axis *ko_axis_clone(const ko_axis *a) {
   const ko_axis *src = ko::live_axis(a);
-  if (src == nullptr) return nullptr;
   ko::Unique<ko_unit> unit;
-  if (src->unit != nullptr) {
-    unit.reset(ko::unit_clone(src->unit));
-    if (unit == nullptr) return nullptr;
-  }
+  if (src == nullptr || !ko::clone_part(src->unit, unit, ko_unit_clone)) return nullptr;
   ko_axis *copy = ko_axis_new_errext(ko_header_get_name(src), src->abbr, src->direction,
                                      unit.get(), src->order, nullptr);
-  if (copy == nullptr) return nullptr;
-  unit.release();
-  if (!ko::header_copy_checked(copy, src)) return ko_axis_del(copy);
-  return copy;
+  if (copy != nullptr) unit.release();
+  return ko::with_header_of(copy, src, ko_axis_del);
 }
 
 ko_axis *ko_axis_del(ko_axis *a) {
@@ -152,18 +146,13 @@ char *ko_axis_abbr(const ko_axis *a, char *buf) {
 }
 
 int ko_axis_direction(const ko_axis *a) {
-  const ko_axis *axis = ko::live_axis(a);
-  return axis != nullptr ? axis->direction : KO_AXIS_NONE;
+  return ko::field_or(a, ko::live_axis, &ko_axis::direction, KO_AXIS_NONE);
 }
 
-int ko_axis_order(const ko_axis *a) {
-  const ko_axis *axis = ko::live_axis(a);
-  return axis != nullptr ? axis->order : 0;
-}
+int ko_axis_order(const ko_axis *a) { return ko::field_or(a, ko::live_axis, &ko_axis::order, 0); }
 
 ko_unit *ko_axis_unit(const ko_axis *a) {
-  const ko_axis *axis = ko::live_axis(a);
-  return axis != nullptr ? axis->unit : nullptr;
+  return ko::field_or(a, ko::live_axis, &ko_axis::unit, nullptr);
 }
 
 // Takes the new unit (a unit or null) and deletes the old one.

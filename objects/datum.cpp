@@ -60,17 +60,15 @@ int ko_datum_p(const void *obj) { return ko::live_datum(obj) != nullptr; }
 
 ko_datum *ko_datum_clone(const ko_datum *d) {
   const ko_datum *src = ko::live_datum(d);
-  if (src == nullptr) return nullptr;
-  ko::Unique<ko_spheroid> spheroid(ko_spheroid_clone(src->spheroid));
-  if (spheroid == nullptr) return nullptr;
+  ko::Unique<ko_spheroid> spheroid;
+  if (src == nullptr || !ko::clone_part(src->spheroid, spheroid, ko_spheroid_clone)) return nullptr;
   ko_datum *copy =
       ko_datum_ext_new_errext(ko_header_get_name(src), spheroid.get(), src->anchor, nullptr);
   if (copy == nullptr) return nullptr;
   spheroid.release();
   ko::copy_field(copy->frame_name, src->frame_name);
   copy->epoch = src->epoch;
-  if (!ko::header_copy_checked(copy, src)) return ko_datum_del(copy);
-  return copy;
+  return ko::with_header_of(copy, src, ko_datum_del);
 }
 
 ko_datum *ko_datum_del(ko_datum *d) {
@@ -92,8 +90,7 @@ int ko_datum_eq(const ko_datum *a, const ko_datum *b) {
 }
 
 ko_spheroid *ko_datum_spheroid(const ko_datum *d) {
-  const ko_datum *dp = ko::live_datum(d);
-  return dp != nullptr ? dp->spheroid : nullptr;
+  return ko::field_or(d, ko::live_datum, &ko_datum::spheroid, nullptr);
 }
 
 char *ko_datum_anchor(const ko_datum *d, char *buf) {

@@ -3,6 +3,7 @@
 // and the point functions that read them directly.  Internal.
 #pragma once
 
+#include "objects/composite.h"
 #include "objects/units.h"
 
 struct ko_spheroid {

@@ -158,39 +158,34 @@ int ko_geogcs_p(const void *obj) { return ko::live_geogcs(obj) != nullptr; }
 ko_geogcs *ko_geogcs_clone(const ko_geogcs *g) {
   const ko_geogcs *src = ko::live_geogcs(g);
   if (src == nullptr) return nullptr;
-  ko::Unique<ko_datum> datum(ko_datum_clone(src->datum));
-  ko::Unique<ko_primem> primem(ko_primem_clone(src->primem));
-  ko::Unique<ko_angunit> unit(src->unit != nullptr ? ko_angunit_clone(src->unit) : nullptr);
-  ko::Unique<ko_remark> remark(src->remark != nullptr ? ko_remark_clone(src->remark) : nullptr);
+  ko::Unique<ko_datum> datum;
+  ko::Unique<ko_primem> primem;
+  ko::Unique<ko_angunit> unit;
+  ko::Unique<ko_remark> remark;
   std::array<ko::Unique<ko_axis>, KO_AXIS_MAX> axes;
-  bool has_axes = src->axes[0] != nullptr;
-  bool ok = datum != nullptr && primem != nullptr && (src->unit == nullptr || unit != nullptr) &&
-            (src->remark == nullptr || remark != nullptr);
-  for (int i = 0; ok && has_axes && i < src->dimension; ++i) {
-    axes[i].reset(ko_axis_clone(src->axes[i]));
-    ok = axes[i] != nullptr;
-  }
-  ko_metadata **metadata = nullptr;
-  if (ok && src->metadata != nullptr) {
-    metadata = ko_metadata_vector_clone(src->metadata);
-    ok = metadata != nullptr;
-  }
-  if (!ok) return nullptr;
+  bool ok = ko::clone_part(src->datum, datum, ko_datum_clone) &&
+            ko::clone_part(src->primem, primem, ko_primem_clone) &&
+            ko::clone_part(src->unit, unit, ko_angunit_clone) &&
+            ko::clone_part(src->remark, remark, ko_remark_clone);
+  for (int i = 0; ok && i < src->dimension; ++i)
+    ok = ko::clone_part(src->axes[i], axes[i], ko_axis_clone);
+  ko_metadata **metadata = ok ? ko_metadata_vector_clone(src->metadata) : nullptr;
+  if (!ok || (src->metadata != nullptr && metadata == nullptr)) return nullptr;
   std::array<ko_axis *, KO_AXIS_MAX> axis_ptrs = {axes[0].get(), axes[1].get(), axes[2].get()};
   ko_geogcs *copy = ko_geogcs_ext_new_errext(
       ko_header_get_name(src), datum.get(), primem.get(), src->dimension,
-      has_axes ? axis_ptrs.data() : nullptr, unit.get(), metadata, remark.get(), nullptr);
+      src->axes[0] != nullptr ? axis_ptrs.data() : nullptr, unit.get(), metadata, remark.get(),
+      nullptr);
   if (copy == nullptr) {
     ko_metadata_vector_del(metadata);
     return nullptr;
   }
-  datum.release();
+  datum.release();  // each part now belongs to the copy
   primem.release();
   unit.release();
   remark.release();
   for (auto &axis : axes) axis.release();
-  if (!ko::header_copy_checked(copy, src)) return ko_geogcs_del(copy);
-  return copy;
+  return ko::with_header_of(copy, src, ko_geogcs_del);
 }
 
 ko_geogcs *ko_geogcs_del(ko_geogcs *g) {
@@ -226,13 +221,11 @@ int ko_geogcs_eq(const ko_geogcs *a, const ko_geogcs *b) {
 }
 
 ko_datum *ko_geogcs_datum(const ko_geogcs *g) {
-  const ko_geogcs *gp = ko::live_geogcs(g);
-  return gp != nullptr ? gp->datum : nullptr;
+  return ko::field_or(g, ko::live_geogcs, &ko_geogcs::datum, nullptr);
 }
 
 ko_primem *ko_geogcs_primem(const ko_geogcs *g) {
-  const ko_geogcs *gp = ko::live_geogcs(g);
-  return gp != nullptr ? gp->primem : nullptr;
+  return ko::field_or(g, ko::live_geogcs, &ko_geogcs::primem, nullptr);
 }
 
 // The first axis's unit when it has one, else the system's unit field.
@@ -252,8 +245,7 @@ ko_linunit *ko_geogcs_vert_unit(const ko_geogcs *g) {
 }
 
 int ko_geogcs_dimension(const ko_geogcs *g) {
-  const ko_geogcs *gp = ko::live_geogcs(g);
-  return gp != nullptr ? gp->dimension : 0;
+  return ko::field_or(g, ko::live_geogcs, &ko_geogcs::dimension, 0);
 }
 
 ko_axis *ko_geogcs_axis(const ko_geogcs *g, int index) {
@@ -263,18 +255,15 @@ ko_axis *ko_geogcs_axis(const ko_geogcs *g, int index) {
 }
 
 ko_metadata **ko_geogcs_metadata_vector(const ko_geogcs *g) {
-  const ko_geogcs *gp = ko::live_geogcs(g);
-  return gp != nullptr ? gp->metadata : nullptr;
+  return ko::field_or(g, ko::live_geogcs, &ko_geogcs::metadata, nullptr);
 }
 
 ko_remark *ko_geogcs_remark(const ko_geogcs *g) {
-  const ko_geogcs *gp = ko::live_geogcs(g);
-  return gp != nullptr ? gp->remark : nullptr;
+  return ko::field_or(g, ko::live_geogcs, &ko_geogcs::remark, nullptr);
 }
 
 ko_constants *ko_geogcs_constants(const ko_geogcs *g) {
-  const ko_geogcs *gp = ko::live_geogcs(g);
-  return gp != nullptr ? gp->constants : nullptr;
+  return ko::field_or(g, ko::live_geogcs, &ko_geogcs::constants, nullptr);
 }
 
 // Loads the geodesic series constants once: integer values {2, series

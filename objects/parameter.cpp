@@ -73,20 +73,15 @@ int ko_parameter_p(const void *obj) { return ko::live_parameter(obj) != nullptr;
 
 ko_parameter *ko_parameter_clone(const ko_parameter *p) {
   const ko_parameter *src = ko::live_parameter(p);
-  if (src == nullptr) return nullptr;
   ko::Unique<ko_unit> unit;
-  if (src->unit != nullptr) {
-    unit.reset(ko::unit_clone(src->unit));
-    if (unit == nullptr) return nullptr;
-  }
+  if (src == nullptr || !ko::clone_part(src->unit, unit, ko_unit_clone)) return nullptr;
   ko_parameter *copy =
       ko_parameter_new_parmlist(ko_parmlist_from_code(ko_header_get_code_internal(src)),
                                 ko_header_get_name(src), unit.get(), src->value, nullptr);
   if (copy == nullptr) return nullptr;
   unit.release();
   copy->dflt_factor = src->dflt_factor;
-  if (!ko::header_copy_checked(copy, src)) return ko_parameter_del(copy);
-  return copy;
+  return ko::with_header_of(copy, src, ko_parameter_del);
 }
 
 ko_parameter *ko_parameter_del(ko_parameter *p) {
@@ -151,8 +146,7 @@ int ko_parameter_value_set_si(ko_parameter *p, double value) {
 }
 
 ko_unit *ko_parameter_unit(const ko_parameter *p) {
-  const ko_parameter *pp = ko::live_parameter(p);
-  return pp != nullptr ? pp->unit : nullptr;
+  return ko::field_or(p, ko::live_parameter, &ko_parameter::unit, nullptr);
 }
 
 // Takes the new unit (a unit or null) and deletes the old one; clearing
@@ -167,8 +161,7 @@ void ko_parameter_unit_set(ko_parameter *p, ko_unit *unit) {
 }
 
 double ko_parameter_dflt_factor(const ko_parameter *p) {
-  const ko_parameter *pp = ko::live_parameter(p);
-  return pp != nullptr ? pp->dflt_factor : 0.0;
+  return ko::field_or(p, ko::live_parameter, &ko_parameter::dflt_factor, 0.0);
 }
 
 // Only a positive finite factor is taken: the value is divided by it.

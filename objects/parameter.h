@@ -2,6 +2,7 @@
 // systems, transformations) and read them in bulk.  Internal.
 #pragma once
 
+#include "objects/composite.h"
 #include "objects/units.h"
 
 struct ko_parameter {

@@ -86,6 +86,20 @@ const ko_parmlist_entry ko_parmlist_tbl[] = {
 // Rows before the end row.
 const int ko_parmlist_tbl_cnt = static_cast<int>(sizeof ko_parmlist_tbl / sizeof ko_parmlist_tbl[0]) - 1;
 
+}  // extern "C"
+
+namespace {
+
+const ko_parmlist_entry *row_named(const char *name) {
+  for (const ko_parmlist_entry *row = ko_parmlist_tbl; row->code != 0; ++row)
+    if (ko_strcmp_ci(row->name, name) == 0) return row;
+  return nullptr;
+}
+
+}  // namespace
+
+extern "C" {
+
 const ko_parmlist_entry *ko_parmlist_from_code(int32_t code) {
   if (code < 1) return nullptr;
   for (const ko_parmlist_entry *row = ko_parmlist_tbl; row->code != 0; ++row)
@@ -93,14 +107,19 @@ const ko_parmlist_entry *ko_parmlist_from_code(int32_t code) {
   return nullptr;
 }
 
-// The name is first mapped through the catalogue's synonyms of parameters,
-// then compared with each row by ko_strcmp_ci.  Any name starting with
-// "Dataset_" (any case) that is not listed names a grid file: the row of
+// Rows are compared with ko_strcmp_ci: first the name as given, so that a
+// listed name always finds its own row even where another authority uses
+// the same words for a different parameter (EPSG's "Longitude of origin"
+// is this list's Central_Meridian, not its Longitude_Of_Origin); then the
+// name mapped through the catalogue's synonyms of parameters.  Any other
+// name starting with "Dataset_" (any case) names a grid file: the row of
 // the grid-file parameter.
 const ko_parmlist_entry *ko_parmlist_from_name(const char *name) {
   if (name == nullptr || *name == '\0') return nullptr;
-  for (const ko_parmlist_entry *row = ko_parmlist_tbl; row->code != 0; ++row)
-    if (ko_strcmp_ci(row->name, name) == 0) return row;
+  if (const ko_parmlist_entry *row = row_named(name)) return row;
+  char listed[KO_NAME_SIZE];
+  ko_synonym_lookup_by_syn(KO_TYPE_PARAMETER, name, nullptr, listed);
+  if (const ko_parmlist_entry *row = row_named(listed)) return row;
   if (ko_strncmp_i2(name, "dataset_") == 0) return ko_parmlist_from_code(KO_PARM_CODE_DATASET);
   return nullptr;
 }

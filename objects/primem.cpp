@@ -73,18 +73,12 @@ int ko_primem_p(const void *obj) { return ko::live_primem(obj) != nullptr; }
 // longitude.  Kept so for compatibility with existing data.
 ko_primem *ko_primem_clone(const ko_primem *p) {
   const ko_primem *src = ko::live_primem(p);
-  if (src == nullptr) return nullptr;
   ko::Unique<ko_angunit> unit;
-  if (src->unit != nullptr) {
-    unit.reset(ko_angunit_clone(src->unit));
-    if (unit == nullptr) return nullptr;
-  }
+  if (src == nullptr || !ko::clone_part(src->unit, unit, ko_angunit_clone)) return nullptr;
   ko_primem *copy =
       ko_primem_ext_new_errext(ko_header_get_name(src), unit.get(), src->longitude, nullptr);
-  if (copy == nullptr) return nullptr;
-  unit.release();
-  if (!ko::header_copy_checked(copy, src)) return ko_primem_del(copy);
-  return copy;
+  if (copy != nullptr) unit.release();
+  return ko::with_header_of(copy, src, ko_primem_del);
 }
 
 ko_primem *ko_primem_del(ko_primem *p) {
@@ -110,13 +104,11 @@ int ko_primem_eq(const ko_primem *a, const ko_primem *b) {
 }
 
 double ko_primem_longitude(const ko_primem *p) {
-  const ko_primem *pm = ko::live_primem(p);
-  return pm != nullptr ? pm->longitude : 0.0;
+  return ko::field_or(p, ko::live_primem, &ko_primem::longitude, 0.0);
 }
 
 ko_angunit *ko_primem_unit(const ko_primem *p) {
-  const ko_primem *pm = ko::live_primem(p);
-  return pm != nullptr ? pm->unit : nullptr;
+  return ko::field_or(p, ko::live_primem, &ko_primem::unit, nullptr);
 }
 
 // Takes the new unit (an angular unit or null) and deletes the old one.

@@ -83,15 +83,12 @@ int ko_spheroid_p(const void *obj) { return ko::live_spheroid(obj) != nullptr; }
 
 ko_spheroid *ko_spheroid_clone(const ko_spheroid *s) {
   const ko_spheroid *src = ko::live_spheroid(s);
-  if (src == nullptr) return nullptr;
-  ko::Unique<ko_linunit> unit(ko_linunit_clone(src->unit));
-  if (unit == nullptr) return nullptr;
+  ko::Unique<ko_linunit> unit;
+  if (src == nullptr || !ko::clone_part(src->unit, unit, ko_linunit_clone)) return nullptr;
   ko_spheroid *copy = ko_spheroid_ext_new_errext(ko_header_get_name(src), unit.get(), src->axis,
                                                  src->flattening, nullptr);
-  if (copy == nullptr) return nullptr;
-  unit.release();
-  if (!ko::header_copy_checked(copy, src)) return ko_spheroid_del(copy);
-  return copy;
+  if (copy != nullptr) unit.release();
+  return ko::with_header_of(copy, src, ko_spheroid_del);
 }
 
 ko_spheroid *ko_spheroid_del(ko_spheroid *s) {
@@ -128,8 +125,7 @@ double ko_spheroid_axis(const ko_spheroid *s) {
 }
 
 double ko_spheroid_flattening(const ko_spheroid *s) {
-  const ko_spheroid *sp = ko::live_spheroid(s);
-  return sp != nullptr ? sp->flattening : 0.0;
+  return ko::field_or(s, ko::live_spheroid, &ko_spheroid::flattening, 0.0);
 }
 
 double ko_spheroid_esquared(const ko_spheroid *s) {
@@ -143,8 +139,7 @@ double ko_spheroid_semiminor_axis(const ko_spheroid *s) {
 }
 
 ko_linunit *ko_spheroid_unit(const ko_spheroid *s) {
-  const ko_spheroid *sp = ko::live_spheroid(s);
-  return sp != nullptr ? sp->unit : nullptr;
+  return ko::field_or(s, ko::live_spheroid, &ko_spheroid::unit, nullptr);
 }
 
 const ko_objvec ko_spheroid_objvec =

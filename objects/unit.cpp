@@ -23,11 +23,12 @@ constexpr const char *kExtSource = "ko_unit_ext_new_errext";
 constexpr const char *kCodeSource = "ko_unit_new_code_errext";
 constexpr const char *kNameSource = "ko_unit_new_name_errext";
 
-// The kind whose table has a row of this name (ko_strcmp_ci) and a factor
-// equal to the library's tolerance; the generic type code when none has.
+// The kind whose table has a row of this name (ko_strcmp_ci, or through the
+// catalogue's synonyms) and a factor equal to the library's tolerance; the
+// generic type code when none has.
 uint32_t identify_kind(const char *name, double factor) {
   for (const KindTable &kind : kKinds) {
-    const ko_unit_entry *row = ko_unit_tbl_from_name(kind.table, name);
+    const ko_unit_entry *row = ko::unit_row_by_name(kind.type, kind.table, name);
     if (row != nullptr && ko::rel_eq(row->factor, factor)) return kind.type;
   }
   return KO_TYPE_UNIT;
@@ -37,12 +38,20 @@ uint32_t identify_kind(const char *name, double factor) {
 template <class Find, class Key>
 const ko_unit_entry *find_row(Find find, Key key, uint32_t &type) {
   for (const KindTable &kind : kKinds) {
-    if (const ko_unit_entry *row = find(kind.table, key)) {
+    if (const ko_unit_entry *row = find(kind, key)) {
       type = kind.type;
       return row;
     }
   }
   return nullptr;
+}
+
+const ko_unit_entry *row_by_code(const KindTable &kind, int32_t code) {
+  return ko_unit_tbl_from_code(kind.table, code);
+}
+
+const ko_unit_entry *row_by_name(const KindTable &kind, const char *name) {
+  return ko::unit_row_by_name(kind.type, kind.table, name);
 }
 
 }  // namespace
@@ -83,7 +92,7 @@ ko_unit *ko_unit_new(const char *name, double factor) {
 ko_unit *ko_unit_new_code_errext(int32_t code, ko_err *err) {
   ko_err_clear(err);
   uint32_t type = 0;
-  const ko_unit_entry *row = find_row(ko_unit_tbl_from_code, code, type);
+  const ko_unit_entry *row = find_row(row_by_code, code, type);
   if (row == nullptr) {
     ko::report_unknown_code(err, 210, kCodeSource, code);
     return nullptr;
@@ -96,7 +105,7 @@ ko_unit *ko_unit_new_code(int32_t code) { return ko_unit_new_code_errext(code, n
 ko_unit *ko_unit_new_name_errext(const char *name, ko_err *err) {
   ko_err_clear(err);
   uint32_t type = 0;
-  const ko_unit_entry *row = find_row(ko_unit_tbl_from_name, name, type);
+  const ko_unit_entry *row = find_row(row_by_name, name, type);
   if (row == nullptr) {
     ko::report_unknown_name(err, kNameSource, name);
     return nullptr;

@@ -43,6 +43,9 @@ void report_unknown_code(ko_err *err, int number, const char *source, int32_t co
 void report_unknown_name(ko_err *err, const char *source, const char *name);
 ko_unit *unit_delete(void *handle, uint32_t mask);
 ko_uchar *unit_text(const void *handle, uint32_t mask, UnitField field, ko_uchar *buf);
+// The row of a unit table named `name` directly or through the catalogue's
+// synonyms of that unit type ("metre" for "Meter"); null when neither is.
+const ko_unit_entry *unit_row_by_name(uint32_t type, const ko_unit_entry *table, const char *name);
 ko_unit *kind_new_code(const UnitKind &kind, int32_t code, ko_err *err);
 ko_unit *kind_new_name(const UnitKind &kind, const char *name, ko_err *err);
 

@@ -153,6 +153,14 @@ ko_angunit *new_degree() {
       unit_build(KO_TYPE_ANGUNIT, "Degree", kDegreeFactor, "", nullptr));
 }
 
+const ko_unit_entry *unit_row_by_name(uint32_t type, const ko_unit_entry *table, const char *name) {
+  if (const ko_unit_entry *row = ko_unit_tbl_from_name(table, name)) return row;
+  if (name == nullptr || *name == '\0') return nullptr;
+  char listed[KO_NAME_SIZE];
+  ko_synonym_lookup_by_syn(type, name, nullptr, listed);
+  return ko_unit_tbl_from_name(table, listed);
+}
+
 // Constructors of one kind: from name and factor, and from its table by
 // code and by name.
 ko_unit *kind_new_code(const UnitKind &kind, int32_t code, ko_err *err) {
@@ -167,7 +175,7 @@ ko_unit *kind_new_code(const UnitKind &kind, int32_t code, ko_err *err) {
 
 ko_unit *kind_new_name(const UnitKind &kind, const char *name, ko_err *err) {
   ko_err_clear(err);
-  const ko_unit_entry *row = ko_unit_tbl_from_name(kind.table, name);
+  const ko_unit_entry *row = unit_row_by_name(kind.type, kind.table, name);
   if (row == nullptr) {
     report_unknown_name(err, kind.name_source, name);
     return nullptr;

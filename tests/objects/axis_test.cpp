@@ -2,6 +2,7 @@
 // systems, the default axes, equality and cloning.
 #include "ko.h"
 #include "objects/geodetic.h"
+#include "objects/geodetic_support.h"
 #include "objects/object_support.h"
 #include "support/failing_alloc.h"
 
@@ -15,6 +16,7 @@ namespace {
 using ko::test::expect_no_report;
 using ko::test::expect_report;
 using ko::test::Report;
+using ko::test::name_of;
 
 ko_unit *degree() { return ko_unit_new_code(9102); }
 ko_unit *metre() { return ko_unit_new_code(9001); }
@@ -262,12 +264,7 @@ TEST(AxisMemory, ConstructorCloneAndFillCleanUp) {
             }),
             0);
   ko_axis *src = ko_axis_new("Easting", "E", E, metre(), 1);
-  EXPECT_GT(ko::test::sweep_failures([src] {
-              ko_axis *c = ko_axis_clone(src);
-              ko_axis_del(c);
-              return c != nullptr;
-            }),
-            1);
+  EXPECT_GT(ko::test::clone_sweep(src, ko_axis_clone, ko_axis_del), 1);
   ko_axis_del(src);
   EXPECT_GT(ko::test::sweep_failures([] {
               AxisSet set;

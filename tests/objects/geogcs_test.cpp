@@ -3,6 +3,7 @@
 // constants, the default axes, cloning and deletion.
 #include "ko.h"
 #include "objects/geodetic.h"
+#include "objects/geodetic_support.h"
 #include "objects/object_support.h"
 #include "support/failing_alloc.h"
 
@@ -17,6 +18,7 @@ namespace {
 using ko::test::expect_no_report;
 using ko::test::expect_report;
 using ko::test::Report;
+using ko::test::name_of;
 
 constexpr double kWgsA = 6378137.0;
 constexpr double kWgsF = 1 / 298.257223563;
@@ -39,11 +41,6 @@ ko_axis *axis_in(const char *name, int direction, int unit_code, int order) {
 ko_datum *sphere_datum() { return ko_datum_new("D_Sphere", ko_spheroid_new("Sphere", 6371000.0, 0.0)); }
 ko_angunit *degree() { return ko_angunit_new_code(9102); }
 ko_angunit *grad() { return ko_angunit_new_code(9105); }
-
-std::string name_of(const void *obj) {
-  char buf[KO_NAME_SIZE];
-  return ko_object_name(obj, buf);
-}
 
 // A WGS 84 system whose parts are released again when any step fails (for
 // the failing-allocator sweeps).
@@ -390,12 +387,7 @@ TEST(GeogcsMemory, ConstructorsClonesAndAxesCleanUp) {
   ko_geogcs *src = ko_geogcs_ext_new("GCS_X", wgs84_datum(), nullptr, 2, nullptr, grad(), vec,
                                      ko_remark_new("remark"));
   ASSERT_EQ(ko_geogcs_check_axes(src, 0), 1);
-  EXPECT_GT(ko::test::sweep_failures([src] {
-              ko_geogcs *c = ko_geogcs_clone(src);
-              ko_geogcs_del(c);
-              return c != nullptr;
-            }),
-            10);
+  EXPECT_GT(ko::test::clone_sweep(src, ko_geogcs_clone, ko_geogcs_del), 10);
   ko_geogcs_del(src);
   EXPECT_GT(ko::test::sweep_failures([] {
               ko_geogcs *g = wgs84();

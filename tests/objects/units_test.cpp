@@ -3,6 +3,7 @@
 // against independent definitions (exact ratios and the EPSG dataset as
 // PROJ reads it).
 #include "ko.h"
+#include "objects/geodetic_support.h"
 #include "objects/object_support.h"
 #include "objects/units.h"
 #include "support/failing_alloc.h"
@@ -25,20 +26,11 @@ namespace {
 using ko::test::expect_no_report;
 using ko::test::expect_report;
 using ko::test::Report;
+using ko::test::name_of;
+using ko::test::with_value;
 
 constexpr double kPi = std::numbers::pi;
 constexpr double kUsFoot = 1200.0 / 3937.0;
-
-std::string name_of(const void *obj) {
-  char buf[KO_NAME_SIZE];
-  return ko_object_name(obj, buf);
-}
-
-std::string with_value(const char *text, const char *name, double value) {
-  char buf[256];
-  std::snprintf(buf, sizeof buf, "%s: %s: %f", text, name, value);
-  return buf;
-}
 
 std::u16string utf16(const ko_uchar *text) { return ko::test::units(text); }
 
@@ -398,6 +390,24 @@ TEST(UnitConstruct, UnknownCodesAndNames) {
   expect_report(err, Report{4, 2, 132, "ko_unit_new_name_errext", "Name not found"});
 }
 
+// Names in other authorities' spellings reach the table rows through the
+// catalogue's synonyms.
+TEST(UnitConstruct, SynonymSpellings) {
+  ko_linunit *m = ko_linunit_new_name("metre");
+  ASSERT_NE(m, nullptr);
+  EXPECT_EQ(ko_linunit_code(m), 9001);
+  ko_unit *ft = ko_unit_new_name("US survey foot");
+  ASSERT_NE(ft, nullptr);
+  EXPECT_EQ(ko_unit_type(ft), KO_TYPE_LINUNIT);
+  EXPECT_EQ(ko_unit_code(ft), 9003);
+  ko_unit *wkt = ko_unit_new("metre", 1.0);
+  EXPECT_EQ(ko_unit_type(wkt), KO_TYPE_LINUNIT);
+  EXPECT_EQ(name_of(wkt), "metre") << "the name stays as given";
+  ko_linunit_del(m);
+  ko_unit_del(ft);
+  ko_unit_del(wkt);
+}
+
 TEST(UnitConstruct, FromTableNames) {
   ko_linunit *yard = ko_linunit_new_name("yard");
   ASSERT_NE(yard, nullptr);
@@ -568,12 +578,7 @@ TEST(UnitMemory, ConstructorsAndClonesCleanUp) {
   ko_unit *src = ko_unit_ext_new("Furlong", "furlong", nullptr, nullptr, 201.168);
   ko_object_code_set(src, 1, 2, 0, 0, "EPSG", "");
   ASSERT_NE(ko_unit_authority(src), nullptr);
-  EXPECT_GT(ko::test::sweep_failures([src] {
-              ko_unit *c = ko_unit_clone(src);
-              ko_unit_del(c);
-              return c != nullptr;
-            }),
-            1);
+  EXPECT_GT(ko::test::clone_sweep(src, ko_unit_clone, ko_unit_del), 1);
   ko_unit_del(src);
 }
 

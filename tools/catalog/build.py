@@ -229,19 +229,14 @@ class Catalog:
             if r["ellipsoid_code"] not in self.types["spheroid"]:
                 self.omit("datum", r["code"], r["name"], "spheroid not in the catalogue")
                 continue
-            d = Obj(r["code"], r["name"], r["deprecated"])
+            d = self.datum_like(r)
             d.spheroid = r["ellipsoid_code"]
             d.primem = r["prime_meridian_code"]
-            d.anchor = r["anchor"] or ""
-            d.epoch = r["frame_reference_epoch"]
-            d.ensemble_accuracy = r["ensemble_accuracy"]
             d.wkt1 = naming.wkt1_datum_name(r["name"])
             datums[d.code] = d
         for code in sorted(datums):
             self.put("datum", datums[code])
-        self.ensembles["datum"] = self.ensemble_rows("geodetic_datum_ensemble_member", datums)
-        self.epochs["datum"] = [(c, float(d.epoch)) for c, d in sorted(datums.items())
-                                if d.epoch is not None]
+        self.datum_tables("datum", "geodetic_datum_ensemble_member", datums)
 
         for r in self.rows("SELECT code, name, type, coordinate_system_code, datum_code, deprecated "
                            "FROM geodetic_crs WHERE auth_name = 'EPSG' AND datum_auth_name = 'EPSG' "
@@ -272,6 +267,20 @@ class Catalog:
             g.datum = datum.code
             g.primem = datum.primem
             g.cs = r["coordinate_system_code"]
+
+    def datum_like(self, r):
+        """A geodetic or vertical datum's common part."""
+        d = Obj(r["code"], r["name"], r["deprecated"])
+        d.anchor = r["anchor"] or ""
+        d.epoch = r["frame_reference_epoch"]
+        d.ensemble_accuracy = r["ensemble_accuracy"]
+        return d
+
+    def datum_tables(self, type_name, member_table, datums):
+        """Ensemble members and reference epochs of dynamic frames."""
+        self.ensembles[type_name] = self.ensemble_rows(member_table, datums)
+        self.epochs[type_name] = [(c, float(d.epoch)) for c, d in sorted(datums.items())
+                                  if d.epoch is not None]
 
     def ensemble_rows(self, table, datums):
         out = []
@@ -305,14 +314,8 @@ class Catalog:
         vdatums = {}
         for r in self.rows("SELECT code, name, frame_reference_epoch, ensemble_accuracy, anchor, "
                            "deprecated FROM vertical_datum WHERE auth_name = 'EPSG' ORDER BY code"):
-            v = self.put("vdatum", Obj(r["code"], r["name"], r["deprecated"]))
-            v.anchor = r["anchor"] or ""
-            v.epoch = r["frame_reference_epoch"]
-            v.ensemble_accuracy = r["ensemble_accuracy"]
-            vdatums[v.code] = v
-        self.ensembles["vdatum"] = self.ensemble_rows("vertical_datum_ensemble_member", vdatums)
-        self.epochs["vdatum"] = [(c, float(v.epoch)) for c, v in sorted(vdatums.items())
-                                 if v.epoch is not None]
+            vdatums[r["code"]] = self.put("vdatum", self.datum_like(r))
+        self.datum_tables("vdatum", "vertical_datum_ensemble_member", vdatums)
         for r in self.rows("SELECT code, name, coordinate_system_code, datum_code, deprecated "
                            "FROM vertical_crs WHERE auth_name = 'EPSG' AND datum_auth_name = 'EPSG' "
                            "AND coordinate_system_auth_name = 'EPSG' ORDER BY code"):

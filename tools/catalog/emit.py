@@ -52,7 +52,8 @@ class Source:
 
     def __init__(self, name, version, date):
         self.name = name
-        self.lines = [HEADER.format(version=version, date=date), '#include "ko.h"\n']
+        self.lines = [HEADER.format(version=version, date=date),
+                      '#include "database/catalog.h"\n']
         self.includes = set()
 
     def include(self, header):

@@ -25,7 +25,7 @@ def main(argv=None):
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--db", required=True, help="path of proj.db")
     parser.add_argument("--out", required=True, help="directory of the generated sources")
-    parser.add_argument("--docs", help="docs/catalog.md whose list of objects left out is rewritten")
+    parser.add_argument("--docs", help="docs/catalog.md, whose generated part (contents, mappings, objects left out) is rewritten")
     args = parser.parse_args(argv)
 
     con = sqlite3.connect("file:%s?mode=ro" % args.db, uri=True)
@@ -39,7 +39,7 @@ def main(argv=None):
         with open(path, "w", encoding="ascii", newline="\n") as f:
             f.write(text)
     if args.docs:
-        splice_left_out(args.docs, tables.left_out_markdown(catalog))
+        splice_generated(args.docs, tables.docs_markdown(catalog))
     print("catalogue: %s" % catalog.summary(), file=sys.stderr)
     return 0
 
@@ -48,7 +48,7 @@ BEGIN = "<!-- BEGIN GENERATED LIST -->"
 END = "<!-- END GENERATED LIST -->"
 
 
-def splice_left_out(path, markdown):
+def splice_generated(path, markdown):
     with open(path, encoding="utf-8") as f:
         text = f.read()
     start = text.index(BEGIN) + len(BEGIN)

@@ -298,7 +298,7 @@ HELMERT_PARAMS = [
     ("rate_ry", 1044, "Rate of change of Y-axis rotation", Y_ROTATION_RATE),
     ("rate_rz", 1045, "Rate of change of Z-axis rotation", Z_ROTATION_RATE),
     ("rate_scale_difference", 1046, "Rate of change of Scale difference", SCALE_DIFFERENCE_RATE),
-    ("epoch", 1049, "Parameter reference epoch", REFERENCE_TIME),
+    ("epoch", 1047, "Parameter reference epoch", REFERENCE_TIME),
     ("px", 8617, "Ordinate 1 of evaluation point", X_PIVOT),
     ("py", 8618, "Ordinate 2 of evaluation point", Y_PIVOT),
     ("pz", 8667, "Ordinate 3 of evaluation point", Z_PIVOT),

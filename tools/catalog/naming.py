@@ -38,8 +38,8 @@ PHRASES = [
 ]
 
 # Acronym-and-number words that are not a datum and its year: the Swiss
-# LV03 and LN02 refer to 1903 and 1902.
-NOT_A_YEAR = {"LV03", "LN02"}
+# LV03 and LN02 refer to 1903 and 1902, the Swedish RH00 to 1900.
+NOT_A_YEAR = {"LV03", "LN02", "RH00"}
 
 # The acronym-and-year words to expand; set from the EPSG names.
 _year_words = set()
@@ -120,33 +120,20 @@ def wkt1_datum_name(epsg_datum_name):
 IGNORED = set(" \t\n\v\f\r()-/\\_")
 
 
+def synonym_key(text):
+    """The name key: the UTF-8 bytes without white space and ( ) - / \\ _,
+    ASCII letters folded to lower case.  Names equal under the key are
+    equal to name comparison; synonyms are sorted by it."""
+    return bytes(b + 32 if 65 <= b <= 90 else b
+                 for b in text.encode("utf-8") if chr(b) not in IGNORED)
+
+
 def name_hash(name):
-    """hash * 65599 + lower-case character over the characters other than
-    white space and ( ) - / \\ _, unsigned 32-bit."""
+    """hash * 65599 + character over the name key, unsigned 32-bit."""
     h = 0
-    for byte in name.encode("utf-8"):
-        c = chr(byte)
-        if c in IGNORED:
-            continue
-        if "A" <= c <= "Z":
-            byte += 32
+    for byte in synonym_key(name):
         h = (h * 65599 + byte) & 0xFFFFFFFF
     return h
-
-
-def synonym_key(text):
-    """Sort key of synonyms: the UTF-8 bytes, ASCII letters folded to lower
-    case, without white space and ( ) - / \\ _ (the characters that name
-    comparison ignores)."""
-    out = bytearray()
-    for byte in text.encode("utf-8"):
-        c = chr(byte)
-        if c in IGNORED:
-            continue
-        if "A" <= c <= "Z":
-            byte += 32
-        out.append(byte)
-    return bytes(out)
 
 
 def defstring(prefix, name, strip=None):

@@ -103,6 +103,12 @@ class Hex(int):
     pass
 
 
+def fold(name):
+    """A name's bytes with ASCII capitals in lower case: the order of
+    ko_strcmp_i."""
+    return bytes(b + 32 if 65 <= b <= 90 else b for b in name.encode("utf-8"))
+
+
 def cut_text(text, limit=DESCRIPTION_LIMIT):
     text = " ".join(text.split())
     if len(text.encode("utf-8")) <= limit:
@@ -155,8 +161,16 @@ def continent(box):
 
 
 def area_path(extent):
+    """Region and country of an area of use: "Europe/France".  Areas named
+    after the world, the Arctic or Antarctica keep that name as region;
+    areas without a bounding box go under "Unknown"."""
     name = extent[0]
     country = name.split(" - ")[0]
+    for region in ("World", "Arctic", "Antarctica"):
+        if name.startswith(region):
+            return "%s/%s" % (region, country)
+    if not any(extent[1:5]):
+        return "Unknown/%s" % country
     return "%s/%s" % (continent(extent[1:5]), country)
 
 
@@ -165,7 +179,8 @@ class Renderer:
         self.c = catalog
         self.version = catalog.version.lstrip("v")
         self.files = collections.OrderedDict()
-        self.synonym_index = {}     # type -> symbol of the by-name index
+        self.synonym_index = {}     # type -> symbol of the synonyms' by-name index
+        self.data_index = {}        # type -> symbol of the data's by-name index
         self.present = {}           # type -> {kind: symbol}
 
     def source(self, name):
@@ -320,12 +335,13 @@ class Renderer:
         rows = sorted(best.items(), key=lambda kv: (kv[0][0], kv[1][4].encode(), kv[1][2].encode()))
         records = [(v[2], v[3], v[4], 0) for _, v in rows]
         ranks = [v[0] for _, v in rows]
-        # The by-name index: positions sorted by library name, authority,
-        # then the primary spelling before aliases.
+        # The owners' index: (code of the object a synonym names, position)
+        # sorted by code, authority, then the primary spelling first.
+        code_of = {o.name: o.code for o in objs}
         order = sorted(range(len(records)), key=lambda i: (
-            naming.synonym_key(records[i][1]), records[i][2].lower().encode(), ranks[i],
+            code_of[records[i][1]], records[i][2].lower().encode(), ranks[i],
             naming.synonym_key(records[i][0])))
-        return records, order
+        return records, [(code_of[records[i][1]], i) for i in order]
 
     # -- the tables of one type -------------------------------------------
     def kind_rows(self, t, kind, objs):
@@ -389,6 +405,14 @@ class Renderer:
                     self.render_pool(src, t, objs)
                 rows = [self.data_row(t, o) for o in objs]
                 ctype = DATA_RECORDS[t]
+                # Data positions in the order of their names with ASCII
+                # letters folded: the case-insensitive name search.
+                order = sorted(range(len(objs)), key=lambda i: fold(objs[i].name))
+                index = "%s_data_by_name" % t
+                src.text("\nnamespace ko::catalog {\nextern const uint32_t %s[];\n" % index)
+                src.numbers("uint32_t", index, order)
+                src.text("}  // namespace ko::catalog\n")
+                self.data_index[t] = index
             elif kind == "synonym":
                 records, order = self.synonyms(t, objs)
                 if records:
@@ -396,12 +420,11 @@ class Renderer:
                 src.short_header(symbol, array, len(records))
                 src.text("extern \"C\" const ko_db_list *ko_obj_%s_synonym_tbl_rtn(void) "
                          "{ return &%s; }\n" % (t, symbol))
-                index = "ko_catalog_%s_synonym_by_name" % t
-                src.text("namespace ko::catalog {\n")
-                src.text("extern const uint32_t %s[];\n" % index.replace("ko_catalog_", ""))
-                src.numbers("uint32_t", index.replace("ko_catalog_", ""), order or [0])
+                index = "%s_synonyms_by_owner" % t
+                src.text("\nnamespace ko::catalog {\nextern const SynonymOwner %s[];" % index)
+                src.array("SynonymOwner", index, order or [(0, 0)], linkage="extern")
                 src.text("}  // namespace ko::catalog\n")
-                self.synonym_index[t] = index.replace("ko_catalog_", "")
+                self.synonym_index[t] = index
                 symbols["synonym"] = "ko_obj_%s_synonym_tbl_rtn" % t
                 continue
             elif kind == "gcsvcs":
@@ -461,13 +484,15 @@ class Renderer:
         src = self.source("catalog_registry.cpp")
         src.text("\nnamespace ko::catalog {\n")
         for t in KINDS:
-            if t in self.synonym_index:
-                src.text("extern const uint32_t %s[];\n" % self.synonym_index[t])
-        src.text("\nextern const SynonymIndex kSynonymIndex[] = {\n")
+            if t in self.data_index:
+                src.text("extern const SynonymOwner %s[];\n" % self.synonym_index[t])
+                src.text("extern const uint32_t %s[];\n" % self.data_index[t])
+        src.text("\nextern const TypeIndex kTypeIndex[] = {\n")
         for t in KINDS:
-            if t in self.synonym_index:
-                src.text("    {0x%Xu, %s},\n" % (TYPE_CODES[t], self.synonym_index[t]))
-        src.text("    {0u, nullptr},\n};\n}  // namespace ko::catalog\n")
+            if t in self.data_index:
+                src.text("    {0x%Xu, %s, %s},\n" % (TYPE_CODES[t], self.synonym_index[t],
+                                                 self.data_index[t]))
+        src.text("    {0u, nullptr, nullptr},\n};\n}  // namespace ko::catalog\n")
         src.text("\nextern \"C\" const ko_db_builtin_entry ko_db_builtin_registry[] = {\n")
         for t in KINDS:
             slots = []
@@ -509,8 +534,6 @@ class Renderer:
             for t in types:
                 self.render_type(t, filename)
         self.render_registry()
-        src = self.files["catalog_registry.cpp"]
-        src.lines.insert(2, '#include "database/catalog.h"\n')
         out = collections.OrderedDict()
         for name, s in self.files.items():
             out[name] = s.render()
@@ -521,10 +544,50 @@ def render(catalog):
     return Renderer(catalog).render()
 
 
-def left_out_markdown(catalog):
-    lines = ["| type | EPSG code | EPSG name | reason |", "|---|---|---|---|"]
-    for kind, code, name, reason in sorted(catalog.left_out, key=lambda r: (r[0], r[1])):
-        lines.append("| %s | %d | %s | %s |" % (kind, code, name.replace("|", "/"), reason))
-    counts = collections.Counter(r[0] for r in catalog.left_out)
-    summary = ", ".join("%s %d" % kv for kv in sorted(counts.items()))
-    return "Objects left out: %s.\n\n%s\n" % (summary, "\n".join(lines))
+def docs_markdown(catalog):
+    """The generated part of docs/catalog.md: counts, the method mappings
+    as the generator applies them, and every EPSG object left out."""
+    r = Renderer(catalog)
+    out = ["### Contents\n", "| type | records | deprecated | synonyms |", "|---|---|---|---|"]
+    for t in KINDS:
+        if t == "extent":
+            out.append("| extent | %d | | |" % len(catalog.extents))
+            continue
+        objs = r.objects(t)
+        records, _ = r.synonyms(t, objs)
+        out.append("| %s | %d | %d | %d |" % (t, len(objs), sum(1 for o in objs if o.deprecated),
+                                            len(records)))
+    projections = dict(library.PROJECTIONS)
+    names = {c: n for c, n, _, _ in library.PARAMETERS}
+    usage = collections.Counter(p.method for p in catalog.types["projcs"].values())
+    epsg = catalog.epsg_method_names("conversion_method", mapping.PROJECTIONS)
+    out += ["", "### Projection methods\n",
+            "| EPSG method | library projection | fixed parameters | systems |", "|---|---|---|---|"]
+    for m, proj in sorted(mapping.PROJECTIONS.items()):
+        fixed = ", ".join("%s = %g" % (names[c], v) for c, v in sorted(proj.fixed.items()))
+        label = projections[proj.code]
+        if m in (9812, 9815):
+            alt = 43053 if m == 9812 else 43054
+            label += " (%d %s when the grid is skewed)" % (alt, projections[alt])
+        out.append("| %d %s | %d %s | %s | %d |" % (m, epsg.get(m, ""), proj.code, label,
+                                                     fixed, usage[m]))
+    methods = dict(library.METHODS)
+    tusage = collections.Counter(t_.method for t_ in catalog.types["geogtran"].values())
+    epsg = catalog.epsg_method_names("coordinate_operation_method", mapping.TRANSFORMATION_METHODS)
+    out += ["", "### Transformation methods\n", "| EPSG method | library method |", "|---|---|"]
+    for m, (lib, _) in sorted(mapping.TRANSFORMATION_METHODS.items()):
+        out.append("| %d %s | %d %s |" % (m, epsg.get(m, ""), lib, methods[lib]))
+    out.append("\nTransformations per library method: %s.\n" % ", ".join(
+        "%s %d" % (methods[k], v) for k, v in sorted(tusage.items())))
+    vt = dict(library.VTMETHODS)
+    epsg = catalog.epsg_method_names("coordinate_operation_method", mapping.VERTICAL_METHODS)
+    out += ["### Vertical transformation methods\n", "| EPSG method | library method |", "|---|---|"]
+    for m, lib in sorted(mapping.VERTICAL_METHODS.items()):
+        out.append("| %d %s | %d %s |" % (m, epsg.get(m, ""), lib, vt[lib]))
+    counts = collections.Counter(x[0] for x in catalog.left_out)
+    out += ["", "### Objects left out\n",
+            "Counts: %s.\n" % ", ".join("%s %d" % kv for kv in sorted(counts.items())),
+            "| type | EPSG code | EPSG name | reason |", "|---|---|---|---|"]
+    for kind, code, name, reason in sorted(catalog.left_out, key=lambda x: (x[0], x[1])):
+        out.append("| %s | %d | %s | %s |" % (kind, code, name.replace("|", "/"), reason))
+    return "\n".join(out) + "\n"
