@@ -2,6 +2,12 @@
 // Dataset v10.076 (2022-08-31), owned by IOGP (see NOTICE).  Do not edit.
 #include "database/catalog.h"
 
+static const ko_db_method_rec k_htmethod_data[] = {
+    {"Similarity", 9621, 0},
+    {"Affine", 9624, 0},
+};
+extern "C" const ko_db_tbl ko_obj_htmethod_data_tbl = {k_htmethod_data, 2, sizeof(ko_db_method_rec), {nullptr, nullptr}};
+
 namespace ko::catalog {
 extern const uint32_t htmethod_data_by_name[];
 
@@ -9,12 +15,6 @@ const uint32_t htmethod_data_by_name[] = {
     1, 0,
 };
 }  // namespace ko::catalog
-
-static const ko_db_method_rec k_htmethod_data[] = {
-    {"Similarity", 9621, 0},
-    {"Affine", 9624, 0},
-};
-extern "C" const ko_db_tbl ko_obj_htmethod_data_tbl = {k_htmethod_data, 2, sizeof(ko_db_method_rec), {nullptr, nullptr}};
 
 static const ko_db_name_rec k_htmethod_name[] = {
     {0x34D856BFu, 9624},
@@ -53,15 +53,6 @@ const SynonymOwner htmethod_synonyms_by_owner[] = {
 };
 }  // namespace ko::catalog
 
-namespace ko::catalog {
-extern const uint32_t method_data_by_name[];
-
-const uint32_t method_data_by_name[] = {
-    12, 5, 1, 14, 8, 13, 0, 2, 3, 9, 6, 15, 7, 10, 4, 17,
-    16, 11,
-};
-}  // namespace ko::catalog
-
 static const ko_db_method_rec k_method_data[] = {
     {"Longitude_Rotation", 9601, 0},
     {"Geocentric_Translation", 9603, 0},
@@ -83,6 +74,15 @@ static const ko_db_method_rec k_method_data[] = {
     {"Time_Based_Helmert_Coordinate_Frame", 109617, 0},
 };
 extern "C" const ko_db_tbl ko_obj_method_data_tbl = {k_method_data, 18, sizeof(ko_db_method_rec), {nullptr, nullptr}};
+
+namespace ko::catalog {
+extern const uint32_t method_data_by_name[];
+
+const uint32_t method_data_by_name[] = {
+    12, 5, 1, 14, 8, 13, 0, 2, 3, 9, 6, 15, 7, 10, 4, 17,
+    16, 11,
+};
+}  // namespace ko::catalog
 
 static const ko_db_name_rec k_method_name[] = {
     {0x15C03931u, 109614},
@@ -223,14 +223,6 @@ const SynonymOwner method_synonyms_by_owner[] = {
 };
 }  // namespace ko::catalog
 
-namespace ko::catalog {
-extern const uint32_t vtmethod_data_by_name[];
-
-const uint32_t vtmethod_data_by_name[] = {
-    2, 4, 6, 1, 5, 0, 3,
-};
-}  // namespace ko::catalog
-
 static const ko_db_method_rec k_vtmethod_data[] = {
     {"Vertical_Offset_And_Slope", 1046, 0},
     {"Height_Depth_Reversal", 1068, 0},
@@ -241,6 +233,14 @@ static const ko_db_method_rec k_vtmethod_data[] = {
     {"Geoid_Height_By_Grid", 9665, 0},
 };
 extern "C" const ko_db_tbl ko_obj_vtmethod_data_tbl = {k_vtmethod_data, 7, sizeof(ko_db_method_rec), {nullptr, nullptr}};
+
+namespace ko::catalog {
+extern const uint32_t vtmethod_data_by_name[];
+
+const uint32_t vtmethod_data_by_name[] = {
+    2, 4, 6, 1, 5, 0, 3,
+};
+}  // namespace ko::catalog
 
 static const ko_db_name_rec k_vtmethod_name[] = {
     {0x019489A6u, 1084},
@@ -391,20 +391,6 @@ const SynonymOwner vtmethod_synonyms_by_owner[] = {
 };
 }  // namespace ko::catalog
 
-namespace ko::catalog {
-extern const uint32_t projection_data_by_name[];
-
-const uint32_t projection_data_by_name[] = {
-    86, 42, 6, 82, 31, 101, 16, 59, 23, 27, 79, 45, 54, 33, 37, 72,
-    14, 13, 12, 11, 98, 10, 9, 97, 84, 26, 1, 93, 60, 44, 51, 15,
-    4, 83, 46, 104, 64, 58, 43, 70, 36, 105, 35, 34, 24, 63, 38, 62,
-    32, 102, 19, 90, 91, 57, 22, 3, 95, 68, 69, 2, 94, 8, 96, 76,
-    77, 39, 61, 40, 103, 78, 85, 89, 0, 92, 65, 66, 67, 20, 21, 71,
-    53, 52, 29, 56, 7, 25, 99, 49, 50, 47, 87, 88, 81, 5, 55, 80,
-    30, 28, 100, 48, 73, 74, 75, 17, 18, 41,
-};
-}  // namespace ko::catalog
-
 static const ko_db_method_rec k_projection_data[] = {
     {"Plate_Carree", 43001, 0},
     {"Equidistant_Cylindrical", 43002, 0},
@@ -514,6 +500,20 @@ static const ko_db_method_rec k_projection_data[] = {
     {"Hotine_Oblique_Mercator_Azimuth_Center_Old", 43237, 0},
 };
 extern "C" const ko_db_tbl ko_obj_projection_data_tbl = {k_projection_data, 106, sizeof(ko_db_method_rec), {nullptr, nullptr}};
+
+namespace ko::catalog {
+extern const uint32_t projection_data_by_name[];
+
+const uint32_t projection_data_by_name[] = {
+    86, 42, 6, 82, 31, 101, 16, 59, 23, 27, 79, 45, 54, 33, 37, 72,
+    14, 13, 12, 11, 98, 10, 9, 97, 84, 26, 1, 93, 60, 44, 51, 15,
+    4, 83, 46, 104, 64, 58, 43, 70, 36, 105, 35, 34, 24, 63, 38, 62,
+    32, 102, 19, 90, 91, 57, 22, 3, 95, 68, 69, 2, 94, 8, 96, 76,
+    77, 39, 61, 40, 103, 78, 85, 89, 0, 92, 65, 66, 67, 20, 21, 71,
+    53, 52, 29, 56, 7, 25, 99, 49, 50, 47, 87, 88, 81, 5, 55, 80,
+    30, 28, 100, 48, 73, 74, 75, 17, 18, 41,
+};
+}  // namespace ko::catalog
 
 static const ko_db_name_rec k_projection_name[] = {
     {0x006E40C8u, 43072},
@@ -1054,17 +1054,6 @@ const SynonymOwner projection_synonyms_by_owner[] = {
 };
 }  // namespace ko::catalog
 
-namespace ko::catalog {
-extern const uint32_t parameter_data_by_name[];
-
-const uint32_t parameter_data_by_name[] = {
-    44, 20, 3, 7, 12, 32, 6, 0, 1, 4, 42, 41, 43, 15, 16, 14,
-    39, 13, 37, 10, 11, 9, 40, 8, 36, 21, 45, 19, 53, 31, 52, 2,
-    17, 18, 38, 5, 28, 49, 25, 46, 33, 22, 24, 29, 50, 26, 47, 34,
-    23, 30, 51, 27, 48, 35,
-};
-}  // namespace ko::catalog
-
 static const ko_db_method_rec k_parameter_data[] = {
     {"False_Easting", 100001, 0},
     {"False_Northing", 100002, 1},
@@ -1122,6 +1111,17 @@ static const ko_db_method_rec k_parameter_data[] = {
     {"Reference_Time", 100079, 14},
 };
 extern "C" const ko_db_tbl ko_obj_parameter_data_tbl = {k_parameter_data, 54, sizeof(ko_db_method_rec), {nullptr, nullptr}};
+
+namespace ko::catalog {
+extern const uint32_t parameter_data_by_name[];
+
+const uint32_t parameter_data_by_name[] = {
+    44, 20, 3, 7, 12, 32, 6, 0, 1, 4, 42, 41, 43, 15, 16, 14,
+    39, 13, 37, 10, 11, 9, 40, 8, 36, 21, 45, 19, 53, 31, 52, 2,
+    17, 18, 38, 5, 28, 49, 25, 46, 33, 22, 24, 29, 50, 26, 47, 34,
+    23, 30, 51, 27, 48, 35,
+};
+}  // namespace ko::catalog
 
 static const ko_db_name_rec k_parameter_name[] = {
     {0x01621B4Du, 100035},

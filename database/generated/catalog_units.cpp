@@ -2,14 +2,6 @@
 // Dataset v10.076 (2022-08-31), owned by IOGP (see NOTICE).  Do not edit.
 #include "database/catalog.h"
 
-namespace ko::catalog {
-extern const uint32_t angunit_data_by_name[];
-
-const uint32_t angunit_data_by_name[] = {
-    3, 4, 2, 6, 5, 7, 10, 0, 8, 1, 9,
-};
-}  // namespace ko::catalog
-
 static const ko_db_angunit_rec k_angunit_data[] = {
     {"Milliarcsecond", 1031, 0, "Milliarcsecond", "Milliarcseconds", "mas", 4.84813681109536e-09},
     {"Radian", 9101, 0, "Radian", "Radians", "rad", 1.0},
@@ -24,6 +16,14 @@ static const ko_db_angunit_rec k_angunit_data[] = {
     {"Mil_6400", 9114, 0, "Mil 6400", "Mils 6400", "", 0.0009817477042468104},
 };
 extern "C" const ko_db_tbl ko_obj_angunit_data_tbl = {k_angunit_data, 11, sizeof(ko_db_angunit_rec), {nullptr, nullptr}};
+
+namespace ko::catalog {
+extern const uint32_t angunit_data_by_name[];
+
+const uint32_t angunit_data_by_name[] = {
+    3, 4, 2, 6, 5, 7, 10, 0, 8, 1, 9,
+};
+}  // namespace ko::catalog
 
 static const ko_db_name_rec k_angunit_name[] = {
     {0x11C4E559u, 9112},
@@ -98,6 +98,7 @@ static const ko_db_synonym_rec k_angunit_synonym[] = {
     {"centesimal second", "Second_Centesimal", "PostGIS", 0},
     {"degree", "Degree", "EPSG", 0},
     {"degree", "Degree", "PostGIS", 0},
+    {"degree (supplier to define representation)", "Degree", "EPSG", 0},
     {"gon", "Gon", "EPSG", 0},
     {"gon", "Gon", "PostGIS", 0},
     {"grad", "Grad", "EPSG", 0},
@@ -111,45 +112,35 @@ static const ko_db_synonym_rec k_angunit_synonym[] = {
     {"radian", "Radian", "EPSG", 0},
     {"radian", "Radian", "PostGIS", 0},
 };
-extern "C" const ko_db_list ko_obj_angunit_synonym_tbl = {k_angunit_synonym, 22};
+extern "C" const ko_db_list ko_obj_angunit_synonym_tbl = {k_angunit_synonym, 23};
 extern "C" const ko_db_list *ko_obj_angunit_synonym_tbl_rtn(void) { return &ko_obj_angunit_synonym_tbl; }
 
 namespace ko::catalog {
 extern const SynonymOwner angunit_synonyms_by_owner[];
 const SynonymOwner angunit_synonyms_by_owner[] = {
-    {1031, 18},
     {1031, 19},
-    {9101, 20},
+    {1031, 20},
     {9101, 21},
+    {9101, 22},
     {9102, 8},
+    {9102, 10},
     {9102, 9},
     {9103, 0},
     {9103, 1},
     {9104, 2},
     {9104, 3},
-    {9105, 12},
     {9105, 13},
-    {9106, 10},
+    {9105, 14},
     {9106, 11},
-    {9109, 14},
+    {9106, 12},
     {9109, 15},
+    {9109, 16},
     {9112, 4},
     {9112, 5},
     {9113, 6},
     {9113, 7},
-    {9114, 16},
     {9114, 17},
-};
-}  // namespace ko::catalog
-
-namespace ko::catalog {
-extern const uint32_t linunit_data_by_name[];
-
-const uint32_t linunit_data_by_name[] = {
-    61, 60, 1, 41, 22, 26, 14, 18, 45, 9, 48, 6, 3, 28, 21, 25,
-    39, 5, 38, 29, 30, 31, 32, 17, 44, 4, 49, 50, 12, 42, 23, 27,
-    15, 19, 46, 10, 2, 8, 58, 11, 0, 59, 7, 54, 53, 57, 51, 52,
-    55, 37, 56, 40, 20, 24, 13, 33, 34, 35, 36, 16, 43, 47,
+    {9114, 18},
 };
 }  // namespace ko::catalog
 
@@ -218,6 +209,17 @@ static const ko_db_linunit_rec k_linunit_data[] = {
     {"150_Kilometers", 109031, 0, "150 Kilometers", "150 Kilometers", "", 150000.0, 109461, 0},
 };
 extern "C" const ko_db_tbl ko_obj_linunit_data_tbl = {k_linunit_data, 62, sizeof(ko_db_linunit_rec), {nullptr, nullptr}};
+
+namespace ko::catalog {
+extern const uint32_t linunit_data_by_name[];
+
+const uint32_t linunit_data_by_name[] = {
+    61, 60, 1, 41, 22, 26, 14, 18, 45, 9, 48, 6, 3, 28, 21, 25,
+    39, 5, 38, 29, 30, 31, 32, 17, 44, 4, 49, 50, 12, 42, 23, 27,
+    15, 19, 46, 10, 2, 8, 58, 11, 0, 59, 7, 54, 53, 57, 51, 52,
+    55, 37, 56, 40, 20, 24, 13, 33, 34, 35, 36, 16, 43, 47,
+};
+}  // namespace ko::catalog
 
 static const ko_db_name_rec k_linunit_name[] = {
     {0x055FB622u, 9005},
@@ -684,6 +686,13 @@ const SynonymOwner linunit_synonyms_by_owner[] = {
 };
 }  // namespace ko::catalog
 
+static const ko_db_angunit_rec k_scaleunit_data[] = {
+    {"Parts_Per_Billion", 1028, 0, "Parts Per Billion", "Parts Per Billion", "ppb", 1e-09},
+    {"Unity", 9201, 0, "Unity", "Unity", "", 1.0},
+    {"Parts_Per_Million", 9202, 0, "Parts Per Million", "Parts Per Million", "ppm", 1e-06},
+};
+extern "C" const ko_db_tbl ko_obj_scaleunit_data_tbl = {k_scaleunit_data, 3, sizeof(ko_db_angunit_rec), {nullptr, nullptr}};
+
 namespace ko::catalog {
 extern const uint32_t scaleunit_data_by_name[];
 
@@ -691,13 +700,6 @@ const uint32_t scaleunit_data_by_name[] = {
     0, 2, 1,
 };
 }  // namespace ko::catalog
-
-static const ko_db_angunit_rec k_scaleunit_data[] = {
-    {"Parts_Per_Billion", 1028, 0, "Parts Per Billion", "Parts Per Billion", "ppb", 1e-09},
-    {"Unity", 9201, 0, "Unity", "Unity", "", 1.0},
-    {"Parts_Per_Million", 9202, 0, "Parts Per Million", "Parts Per Million", "ppm", 1e-06},
-};
-extern "C" const ko_db_tbl ko_obj_scaleunit_data_tbl = {k_scaleunit_data, 3, sizeof(ko_db_angunit_rec), {nullptr, nullptr}};
 
 static const ko_db_name_rec k_scaleunit_name[] = {
     {0x17DDB2AFu, 9202},
@@ -749,18 +751,6 @@ const SynonymOwner scaleunit_synonyms_by_owner[] = {
     {9201, 5},
     {9202, 2},
     {9202, 3},
-};
-}  // namespace ko::catalog
-
-namespace ko::catalog {
-extern const uint32_t areaunit_data_by_name[];
-
-const uint32_t areaunit_data_by_name[] = {
-    1, 2, 62, 0, 60, 59, 50, 43, 23, 27, 15, 19, 47, 10, 49, 7,
-    4, 29, 22, 26, 40, 6, 39, 30, 31, 32, 33, 18, 46, 5, 52, 53,
-    13, 44, 24, 28, 16, 20, 48, 11, 3, 9, 64, 12, 51, 65, 8, 57,
-    56, 63, 54, 55, 58, 38, 61, 41, 21, 25, 14, 34, 35, 36, 37, 17,
-    45, 42,
 };
 }  // namespace ko::catalog
 
@@ -833,6 +823,18 @@ static const ko_db_linunit_rec k_areaunit_data[] = {
     {"Square_Nanometer", 109466, 0, "Square Nanometer", "Square Nanometers", "", 1e-18, 109018, 0},
 };
 extern "C" const ko_db_tbl ko_obj_areaunit_data_tbl = {k_areaunit_data, 66, sizeof(ko_db_linunit_rec), {nullptr, nullptr}};
+
+namespace ko::catalog {
+extern const uint32_t areaunit_data_by_name[];
+
+const uint32_t areaunit_data_by_name[] = {
+    1, 2, 62, 0, 60, 59, 50, 43, 23, 27, 15, 19, 47, 10, 49, 7,
+    4, 29, 22, 26, 40, 6, 39, 30, 31, 32, 33, 18, 46, 5, 52, 53,
+    13, 44, 24, 28, 16, 20, 48, 11, 3, 9, 64, 12, 51, 65, 8, 57,
+    56, 63, 54, 55, 58, 38, 61, 41, 21, 25, 14, 34, 35, 36, 37, 17,
+    45, 42,
+};
+}  // namespace ko::catalog
 
 static const ko_db_name_rec k_areaunit_name[] = {
     {0x01070285u, 109451},

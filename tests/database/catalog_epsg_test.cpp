@@ -124,11 +124,24 @@ TEST_F(Epsg, ProjectedSystemParametersOfWellKnownSystems) {
   }
 }
 
-// A sample across the whole table: every 23rd projected system.
-TEST_F(Epsg, ProjectedSystemParametersSample) {
+// A sample across the whole table: every 23rd projected system, its
+// parameters and its EPSG name read back through the synonyms.
+TEST_F(Epsg, ProjectedSystemParametersAndNamesSample) {
   const ko_db_tbl *tbl = ko_db_builtin_data_find(KO_TYPE_PROJCS)->data;
   const auto *recs = static_cast<const ko_db_projcs_rec *>(tbl->recs);
-  for (int32_t i = 0; i < tbl->count; i += 23) check_projcs(recs[i].code);
+  for (int32_t i = 0; i < tbl->count; i += 23) {
+    check_projcs(recs[i].code);
+    const char *epsg_name = proj_get_name(crs(recs[i].code));
+    ASSERT_NE(epsg_name, nullptr);
+    char out[80];
+    ko_synonym_lookup_by_syn(KO_TYPE_PROJCS, epsg_name, "EPSG", out);
+    // A deprecated system may share its EPSG name with a live one, which
+    // then takes the synonym.
+    if (ko_db_builtin_deprecated_lookup(ko_db_builtin_data_find(KO_TYPE_PROJCS), recs[i].code) ==
+        nullptr) {
+      EXPECT_STREQ(out, recs[i].name) << epsg_name;
+    }
+  }
 }
 
 TEST_F(Epsg, ProjectedSystemProjectionChoices) {

@@ -271,6 +271,7 @@ TEST(PerCodeTables, DescriptionsConstantsVersionsAreasAxes) {
   const ko_db_builtin_entry *gcs = row(KO_TYPE_GEOGCS);
   EXPECT_STREQ(ko_db_builtin_description_lookup(gcs, 3819)->text, "Hungarian Datum 1909");
   EXPECT_STREQ(ko_db_builtin_defstring_lookup_code(gcs, 4326)->text, "KO_GCS_WGS_1984");
+  EXPECT_STREQ(ko_db_builtin_defstring_lookup_code(gcs, 4143)->text, "KO_GCS_ABIDJAN_1987");
   EXPECT_EQ(ko_db_builtin_defstring_lookup_name(gcs, "ko_gcs_wgs_1984")->code, 4326);
   EXPECT_EQ(ko_db_builtin_defstring_lookup_name(gcs, "KO_GCS_NOTHING"), nullptr);
   const ko_db_version_rec *v = ko_db_builtin_version_lookup(gcs, 4326);
@@ -312,6 +313,10 @@ TEST(PerCodeTables, EnsemblesEpochsExceptionsAndTies) {
   EXPECT_EQ(tie->gcs3d, 4979);
   EXPECT_EQ(tie->xyz, 4978);
   EXPECT_EQ(ko_db_builtin_gcsvcs_lookup_by_xyz(row(KO_TYPE_GXYZCS), 4978), tie);
+  const ko_db_gcsvcs_rec *twd97 = ko_db_builtin_gcsvcs_lookup_by_gcs(row(KO_TYPE_GEOGCS), 3824);
+  ASSERT_NE(twd97, nullptr);
+  EXPECT_EQ(twd97->gcs3d, 3823);
+  EXPECT_EQ(twd97->xyz, 3822);
   EXPECT_EQ(ko_db_builtin_gcsvcs_lookup_by_vcs(row(KO_TYPE_VERTCS), 0), nullptr);
 }
 

@@ -160,6 +160,31 @@ TEST(CatalogTables, SynonymsAreSortedByNameKeyAndUniquePerAuthority) {
   }
 }
 
+// Library names follow one convention: words of letters and digits joined
+// by single underscores, within 79 characters; geographic systems begin
+// with "GCS_", datums with "D_".
+TEST(CatalogTables, NamesFollowTheNamingConvention) {
+  const uint32_t types[] = {KO_TYPE_GEOGCS, KO_TYPE_PROJCS, KO_TYPE_VERTCS, KO_TYPE_GXYZCS,
+                            KO_TYPE_HVCOORDSYS, KO_TYPE_DATUM, KO_TYPE_VDATUM, KO_TYPE_GEOGTRAN,
+                            KO_TYPE_VERTTRAN, KO_TYPE_SPHEROID, KO_TYPE_PRIMEM};
+  for (uint32_t type : types) {
+    const ko_db_tbl *tbl = row(type).data;
+    for (int32_t i = 0; i < tbl->count; ++i) {
+      const char *name = ko::catalog::data_record_name(
+          static_cast<const unsigned char *>(tbl->recs) + static_cast<std::size_t>(i) * tbl->size);
+      std::string n = name;
+      ASSERT_FALSE(n.empty());
+      ASSERT_LE(n.size(), 79u) << n;
+      ASSERT_NE(n.front(), '_') << n;
+      ASSERT_NE(n.back(), '_') << n;
+      ASSERT_EQ(n.find("__"), std::string::npos) << n;
+      for (char c : n) ASSERT_TRUE(std::isalnum(static_cast<unsigned char>(c)) || c == '_') << n;
+      const char *prefix = type == KO_TYPE_GEOGCS ? "GCS_" : type == KO_TYPE_DATUM ? "D_" : "";
+      ASSERT_EQ(n.rfind(prefix, 0), 0u) << n;
+    }
+  }
+}
+
 TEST(CatalogTables, DefstringsAreUniqueConstantNames) {
   for (const TypeCase &c : kTypes) {
     if (c.type == KO_TYPE_EXTENT) continue;

@@ -157,8 +157,32 @@ class Catalog:
             u.related = lin_by_name.get(name[len("Square_"):], 0)
         for code, name, factor in library.ANGUNITS:
             self.put("angunit", self.unit(code, name, factor, epsg_names))
+        # Coordinate systems give degrees as "degree (supplier to define
+        # representation)".
+        self.types["angunit"][9102].aliases.append(epsg_names[9122])
         for code, name, factor in library.SCALEUNITS:
             self.put("scaleunit", self.unit(code, name, factor, epsg_names))
+        self.omit_units()
+
+    def omit_units(self):
+        """EPSG units outside the library's unit tables, and why."""
+        held = set()
+        for t in ("linunit", "angunit", "scaleunit"):
+            held |= set(self.types[t])
+        for r in self.rows("SELECT code, name, type FROM unit_of_measure WHERE auth_name = 'EPSG' "
+                           "ORDER BY code"):
+            code, name, kind = r["code"], r["name"], r["type"]
+            if code in held:
+                continue
+            if code in CS_ANGLE_UNITS or code in values.SEXAGESIMAL_DMS | values.SEXAGESIMAL_DM:
+                reason = "a notation of degrees: values are converted to Degree"
+            elif kind == "time" or "per " in name or name.endswith("per second"):
+                reason = "a time or rate unit: transformation rates are stored per year"
+            elif code in values.ANGLE or kind == "angle":
+                reason = "an angular notation not in the library's unit table"
+            else:
+                reason = "not in the library's unit tables"
+            self.omit("unit", code, name, reason)
 
     def unit(self, code, name, factor, epsg_names):
         epsg_name = epsg_names.get(code)

@@ -64,9 +64,10 @@ class Source:
     def text(self, s):
         self.lines.append(s)
 
-    def array(self, ctype, name, rows, linkage="static"):
-        """A constant array of aggregate records, one record per line."""
-        prefix = "static " if linkage == "static" else ""
+    def array(self, ctype, name, rows, static=True):
+        """A constant array of aggregate records, one record per line;
+        static=False where a declaration gives it external linkage."""
+        prefix = "static " if static else ""
         self.lines.append("\n%sconst %s %s[] = {\n" % (prefix, ctype, name))
         for row in rows:
             self.lines.append("    {%s},\n" % ", ".join(field(v) for v in row))

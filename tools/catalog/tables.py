@@ -5,6 +5,7 @@ record layouts of include/ko.h."""
 
 import collections
 
+import build
 import emit
 import library
 import mapping
@@ -118,18 +119,14 @@ def cut_text(text, limit=DESCRIPTION_LIMIT):
     return text.rstrip(" ,;") + "..."
 
 
-class Lists:
-    """The library's method-like lists as catalogue objects."""
-
-    def __init__(self, catalog):
-        self.catalog = catalog
-        self.types = {
-            "htmethod": library.HTMETHODS,
-            "method": library.METHODS,
-            "vtmethod": library.VTMETHODS,
-            "projection": library.PROJECTIONS,
-            "parameter": [(c, n) for c, n, _, _ in library.PARAMETERS],
-        }
+# The library's method-like lists, each as (code, name) pairs.
+LISTS = {
+    "htmethod": library.HTMETHODS,
+    "method": library.METHODS,
+    "vtmethod": library.VTMETHODS,
+    "projection": library.PROJECTIONS,
+    "parameter": [(c, n) for c, n, _, _ in library.PARAMETERS],
+}
 
 
 def continent(box):
@@ -190,26 +187,24 @@ class Renderer:
 
     # -- records ----------------------------------------------------------
     def objects(self, t):
-        if t in ("htmethod", "method", "vtmethod", "projection", "parameter"):
+        if t in LISTS:
             return self.list_objects(t)
         if t == "extent":
             return []
         return [self.c.types.get(t, {})[k] for k in sorted(self.c.types.get(t, {}))]
 
     def list_objects(self, t):
-        entries = Lists(self.c).types[t]
+        """A method-like list as catalogue objects.  Codes below 100000 of
+        methods are EPSG's; projection and parameter codes the library's."""
+        slots = {c: slot for c, _, slot, _ in library.PARAMETERS}
         out = []
-        epsg_methods = {"htmethod", "vtmethod"}
-        slots = {c: slot for c, _, slot, _ in library.PARAMETERS} if t == "parameter" else {}
-        for code, name in sorted(entries):
-            o = type("ListObj", (), {})()
-            o.code, o.name, o.deprecated, o.replacement = code, name, False, 0
-            o.epsg_name = None
-            o.aliases = []
+        for code, name in sorted(LISTS[t]):
+            o = build.Obj(code, None)
+            o.name = name
             o.description = name.replace("_", " ")
-            o.authority = "EPSG" if t in epsg_methods or (t == "method" and code < 100000) else "KO"
-            o.areas, o.cs, o.exception = [], 0, 0
-            o.slot = slots.get(code, 0)
+            epsg_code = t in ("htmethod", "vtmethod") or (t == "method" and code < 100000)
+            o.authority = "EPSG" if epsg_code else build.LIBRARY_AUTHORITY
+            o.slot = slots.get(code, 0) if t == "parameter" else 0
             out.append(o)
         return out
 
@@ -382,11 +377,11 @@ class Renderer:
             return [(c, m, s, 0, a) for c, m, s, a in self.c.ensembles.get(t, [])]
         if kind == "epoch":
             return [(c, 0, e) for c, e in self.c.epochs.get(t, [])]
-        if kind == "gcsvcs":
-            return self.c.gcsvcs
         raise KeyError(kind)
 
     def render_type(self, t, filename):
+        """All tables of one type; the kinds in SPLIT_KINDS go to a second
+        file."""
         objs = self.objects(t)
         symbols = self.present.setdefault(t, {})
         if t == "extent":
@@ -398,59 +393,72 @@ class Renderer:
             if kind in SPLIT_KINDS.get(t, ()):
                 fname = filename.replace(".cpp", "_text.cpp")
             src = self.source(fname)
-            symbol = "ko_obj_%s_%s_tbl" % (t, kind)
-            array = "k_%s_%s" % (t, kind)
             if kind == "data":
-                if t in ("projcs", "geogtran", "verttran"):
-                    self.render_pool(src, t, objs)
-                rows = [self.data_row(t, o) for o in objs]
-                ctype = DATA_RECORDS[t]
-                # Data positions in the order of their names with ASCII
-                # letters folded: the case-insensitive name search.
-                order = sorted(range(len(objs)), key=lambda i: fold(objs[i].name))
-                index = "%s_data_by_name" % t
-                src.text("\nnamespace ko::catalog {\nextern const uint32_t %s[];\n" % index)
-                src.numbers("uint32_t", index, order)
-                src.text("}  // namespace ko::catalog\n")
-                self.data_index[t] = index
+                self.render_data(src, t, objs)
             elif kind == "synonym":
-                records, order = self.synonyms(t, objs)
-                if records:
-                    src.array("ko_db_synonym_rec", array, records)
-                src.short_header(symbol, array, len(records))
-                src.text("extern \"C\" const ko_db_list *ko_obj_%s_synonym_tbl_rtn(void) "
-                         "{ return &%s; }\n" % (t, symbol))
-                index = "%s_synonyms_by_owner" % t
-                src.text("\nnamespace ko::catalog {\nextern const SynonymOwner %s[];" % index)
-                src.array("SynonymOwner", index, order or [(0, 0)], linkage="extern")
-                src.text("}  // namespace ko::catalog\n")
-                self.synonym_index[t] = index
-                symbols["synonym"] = "ko_obj_%s_synonym_tbl_rtn" % t
-                continue
+                self.render_synonyms(src, t, objs)
             elif kind == "gcsvcs":
-                # One table of ties serves the three system types.
-                rows = self.kind_rows(t, kind, objs)
-                src.text("\nnamespace ko::catalog {\nextern const ko_db_gcsvcs_rec kGcsVcs[];\n")
-                if t == "geogcs":
-                    src.text("const ko_db_gcsvcs_rec kGcsVcs[] = {\n")
-                    for r in rows:
-                        src.text("    {%s},\n" % ", ".join(str(v) for v in r))
-                    src.text("};\n")
-                src.text("}  // namespace ko::catalog\n")
-                src.long_header(symbol, "ko_db_gcsvcs_rec", "ko::catalog::kGcsVcs", len(rows))
-                symbols[kind] = symbol
-                continue
+                self.render_ties(src, t)
             else:
-                rows = self.kind_rows(t, kind, objs)
-                ctype = RECORD_TYPES[kind]
-            if kind == "name":
-                src.array(ctype, array, rows)
-                src.short_header(symbol, array, len(rows))
-            else:
-                if rows:
-                    src.array(ctype, array, rows)
-                src.long_header(symbol, ctype, array, len(rows))
-            symbols[kind] = symbol
+                self.render_kind(src, t, kind, self.kind_rows(t, kind, objs))
+            symbols[kind] = ("ko_obj_%s_synonym_tbl_rtn" % t if kind == "synonym"
+                             else "ko_obj_%s_%s_tbl" % (t, kind))
+
+    def render_kind(self, src, t, kind, rows, ctype=None):
+        symbol = "ko_obj_%s_%s_tbl" % (t, kind)
+        array = "k_%s_%s" % (t, kind)
+        ctype = ctype or RECORD_TYPES[kind]
+        if kind == "name":
+            src.array(ctype, array, rows)
+            src.short_header(symbol, array, len(rows))
+            return
+        if rows:
+            src.array(ctype, array, rows)
+        src.long_header(symbol, ctype, array, len(rows))
+
+    def render_data(self, src, t, objs):
+        """Parameter pool, data records, and the positions of the records
+        in the order of their names with ASCII letters folded (the
+        case-insensitive name search)."""
+        if t in ("projcs", "geogtran", "verttran"):
+            self.render_pool(src, t, objs)
+        self.render_kind(src, t, "data", [self.data_row(t, o) for o in objs], DATA_RECORDS[t])
+        order = sorted(range(len(objs)), key=lambda i: fold(objs[i].name))
+        index = "%s_data_by_name" % t
+        src.text("\nnamespace ko::catalog {\nextern const uint32_t %s[];\n" % index)
+        src.numbers("uint32_t", index, order)
+        src.text("}  // namespace ko::catalog\n")
+        self.data_index[t] = index
+
+    def render_synonyms(self, src, t, objs):
+        """Synonym records, their routine, and the index by owner code."""
+        symbol = "ko_obj_%s_synonym_tbl" % t
+        array = "k_%s_synonym" % t
+        records, order = self.synonyms(t, objs)
+        if records:
+            src.array("ko_db_synonym_rec", array, records)
+        src.short_header(symbol, array, len(records))
+        src.text("extern \"C\" const ko_db_list *ko_obj_%s_synonym_tbl_rtn(void) "
+                 "{ return &%s; }\n" % (t, symbol))
+        index = "%s_synonyms_by_owner" % t
+        src.text("\nnamespace ko::catalog {\nextern const SynonymOwner %s[];" % index)
+        src.array("SynonymOwner", index, order or [(0, 0)], static=False)
+        src.text("}  // namespace ko::catalog\n")
+        self.synonym_index[t] = index
+
+    def render_ties(self, src, t):
+        """One table of 2D/3D/vertical/geocentric ties serves the three
+        system types; the geographic file defines it."""
+        rows = self.c.gcsvcs
+        src.text("\nnamespace ko::catalog {\nextern const ko_db_gcsvcs_rec kGcsVcs[];\n")
+        if t == "geogcs":
+            src.text("const ko_db_gcsvcs_rec kGcsVcs[] = {\n")
+            for r in rows:
+                src.text("    {%s},\n" % ", ".join(str(v) for v in r))
+            src.text("};\n")
+        src.text("}  // namespace ko::catalog\n")
+        src.long_header("ko_obj_%s_gcsvcs_tbl" % t, "ko_db_gcsvcs_rec", "ko::catalog::kGcsVcs",
+                        len(rows))
 
     def render_pool(self, src, t, objs):
         rows = []
@@ -462,7 +470,8 @@ class Renderer:
                     aux = len(texts)
                     texts.append(o.texts[0])
                 rows.append((lib, aux, float(value)))
-        src.array("ko_db_parm_rec", "ko_obj_%s_parms" % t, rows, linkage="extern \"C\"")
+        # Declared extern "C" in ko.h.
+        src.array("ko_db_parm_rec", "ko_obj_%s_parms" % t, rows, static=False)
         src.text("extern \"C\" const int32_t ko_obj_%s_parms_cnt = %d;\n" % (t, len(rows)))
         if t != "projcs":
             if texts:
