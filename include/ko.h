@@ -1186,6 +1186,148 @@ KO_API double ko_ellint3(double n, double m);
  * Projected systems, conversions, point conversion
  * ====================================================================== */
 
+/* Conversion (type KO_TYPE_CONVERSION): a projection and its parameters, one
+ * per slot of the 24-slot parameter array (slot i holds the parameter whose
+ * list index is i, or null).  The constructors take ownership of the
+ * projection and of the parameters (the array itself stays the caller's)
+ * on success only.  In order: a name beyond 79 characters is warning 354
+ * (null counts as empty); a projection that is not live is error 328; a
+ * null array error 330; the parameters must pass ko_projection_valid (its
+ * reports, e.g. 347 for a missing parameter); error 1 when memory runs
+ * out.  The short forms name the conversion after its projection. */
+KO_API ko_conversion *ko_conversion_ext_new_errext(const char *name, ko_projection *projection,
+                                                   ko_parameter **parms, ko_err *err);
+KO_API ko_conversion *ko_conversion_ext_new(const char *name, ko_projection *projection,
+                                            ko_parameter **parms);
+KO_API ko_conversion *ko_conversion_new_errext(ko_projection *projection, ko_parameter **parms,
+                                               ko_err *err);
+KO_API ko_conversion *ko_conversion_new(ko_projection *projection, ko_parameter **parms);
+KO_API int ko_conversion_p(const void *obj);
+KO_API ko_conversion *ko_conversion_clone(const ko_conversion *c);
+KO_API ko_conversion *ko_conversion_del(ko_conversion *c);
+/* Names equal by ko_strcmp_ci, projections by ko_projection_eq, and slot
+ * by slot parameters both absent or equal by ko_parameter_eq. */
+KO_API int ko_conversion_eq(const ko_conversion *a, const ko_conversion *b);
+/* Fills the 24-slot parameter array (metres, radians, ratios): each slot
+ * from its parameter's ko_parameter_value_si (0.0 when empty), then the
+ * projection's parameter function, then 1.0 in an empty scale-factor slot
+ * (5), then an empty slot 4 takes slot 3 and an empty slot 3 with slot 4
+ * present takes slot 4.  Returns 1, or 0 (out untouched) for no
+ * conversion or a null array. */
+KO_API int ko_conversion_parm_array(const ko_conversion *c, double *out);
+KO_API ko_projection *ko_conversion_method(const ko_conversion *c);
+/* Takes the new projection (a live one; anything else is ignored and stays
+ * the caller's) and deletes the old. */
+KO_API void ko_conversion_method_set(ko_conversion *c, ko_projection *projection);
+/* The conversion's own array of KO_PARM_COUNT parameter pointers
+ * (borrowed), or null. */
+KO_API ko_parameter **ko_conversion_parameters_ptr(const ko_conversion *c);
+KO_API extern const ko_objvec ko_conversion_objvec;
+KO_DECLARE_OBJECT_FORWARDS(conversion, ko_conversion)
+
+/* Projected coordinate system (type KO_TYPE_PROJCS): a geographic system
+ * and a conversion (both owned), 2 or 3 axes, a linear unit, metadata and
+ * remark, and the projection constants loaded on first use.
+ *
+ * ko_projcs_ext_new_errext checks, in order (errors of severity 4, category
+ * 8, result null): a name beyond 79 characters (warning 354, construction
+ * goes on); a live geographic system (331); a live conversion (328); a
+ * dimension of 2 or 3 and not above the geographic system's (488); the axes
+ * by ko_axis_check_order for a projected system (its number); a unit
+ * argument that is not a linear unit (323); the units (477 "Mismatched
+ * units": the given unit, the first axis's and, in three dimensions, the
+ * third axis's must agree where present, and the geographic system's
+ * vertical unit must agree with the system's); error 1 when memory runs out.
+ * The system then keeps one linear unit (the given one, else a clone of
+ * the axes' unit, else a new "Meter") and the axes' units are cleared --
+ * except in three dimensions with axes of different units and no unit
+ * given, where the axes keep theirs.  Finally ko_projcs_parameters_fix and
+ * ko_projcs_special_cases run on the new system.  On failure the caller
+ * keeps every argument, unchanged.  The short forms pass dimension 2 and no
+ * axes, metadata or remark. */
+KO_API ko_projcs *ko_projcs_ext_new_errext(const char *name, ko_geogcs *geogcs,
+                                           ko_conversion *conversion, int dimension,
+                                           ko_axis **axes, ko_linunit *unit,
+                                           ko_metadata **metadata, ko_remark *remark,
+                                           ko_err *err);
+KO_API ko_projcs *ko_projcs_ext_new(const char *name, ko_geogcs *geogcs,
+                                    ko_conversion *conversion, int dimension, ko_axis **axes,
+                                    ko_linunit *unit, ko_metadata **metadata, ko_remark *remark);
+KO_API ko_projcs *ko_projcs_new_errext(const char *name, ko_geogcs *geogcs,
+                                       ko_conversion *conversion, ko_linunit *unit, ko_err *err);
+KO_API ko_projcs *ko_projcs_new(const char *name, ko_geogcs *geogcs, ko_conversion *conversion,
+                                ko_linunit *unit);
+KO_API int ko_projcs_p(const void *obj);
+KO_API ko_projcs *ko_projcs_clone(const ko_projcs *p);
+/* Unloads the constants, then deletes the system with all it owns. */
+KO_API ko_projcs *ko_projcs_del(ko_projcs *p);
+/* Names equal by ko_strcmp_ci, then ko_projcs_eqnn. */
+KO_API int ko_projcs_eq(const ko_projcs *a, const ko_projcs *b);
+/* Equality without the systems' own names: geographic systems as
+ * ko_geogcs_eq compares them but for their names, conversions as
+ * ko_conversion_eq but for their names, dimensions, and the linear units
+ * (ko_projcs_unit and ko_projcs_vert_unit). */
+KO_API int ko_projcs_eqnn(const ko_projcs *a, const ko_projcs *b);
+KO_API ko_geogcs *ko_projcs_geogcs(const ko_projcs *p);
+KO_API ko_conversion *ko_projcs_conversion(const ko_projcs *p);
+KO_API ko_projection *ko_projcs_projection(const ko_projcs *p);
+/* The unit field (null when the axes carry the units). */
+KO_API ko_linunit *ko_projcs_linunit(const ko_projcs *p);
+/* The first axis's unit when it has one, else the unit field. */
+KO_API ko_linunit *ko_projcs_unit(const ko_projcs *p);
+/* In three dimensions the third axis's unit when it has one, else the unit
+ * field; null in two dimensions. */
+KO_API ko_linunit *ko_projcs_vert_unit(const ko_projcs *p);
+KO_API int ko_projcs_dimension(const ko_projcs *p);
+KO_API ko_axis *ko_projcs_axis(const ko_projcs *p, int index);  /* 0-based */
+KO_API ko_metadata **ko_projcs_metadata_vector(const ko_projcs *p);
+KO_API ko_remark *ko_projcs_remark(const ko_projcs *p);
+KO_API ko_constants *ko_projcs_constants(const ko_projcs *p);
+/* ko_conversion_parm_array of the system's conversion. */
+KO_API int ko_projcs_parm_array(const ko_projcs *p, double *out);
+/* Gives every parameter of the conversion a unit and a default factor so
+ * that ko_parameter_value_si reads it in base units and ko_parameter_value
+ * in the system's own units: an angular parameter without unit takes a
+ * clone of the geographic system's angular unit (its values are read in
+ * that unit, as in WKT1), a linear one a clone of the system's linear unit,
+ * a scale one "Unity"; the default factor becomes the factor of the
+ * geographic system's angular unit, of the system's linear unit, or 1.0.
+ * Parameters that have a unit keep it; plain numbers are left alone.
+ * Returns 1, or 0 when memory ran out (nothing is changed then) or p is not
+ * a projected system. */
+KO_API int ko_projcs_parameters_fix(ko_projcs *p);
+/* Hotine_Oblique_Mercator_Azimuth_Center (43037) with an XY_Plane_Rotation
+ * (slot 14) is Rectified_Skew_Orthomorphic_Center (43054): the projection
+ * is replaced and the old one deleted.  Returns 1, or 0 when memory ran out
+ * (nothing is changed) or p is not a projected system. */
+KO_API int ko_projcs_special_cases(ko_projcs *p);
+KO_API extern const ko_objvec ko_projcs_objvec;
+KO_DECLARE_OBJECT_FORWARDS(projcs, ko_projcs)
+
+/* Projection constants of a projected system, loaded on the first point
+ * conversion and kept until unloaded or deleted.  ko_projcs_load_constants
+ * returns 1 when the constants are loaded or the projection needs none,
+ * 0 for no projected system or when loading failed (a failure is kept and
+ * not retried until ko_projcs_unload_constants). */
+KO_API int ko_projcs_load_constants(ko_projcs *p);
+KO_API void ko_projcs_unload_constants(ko_projcs *p);
+
+/* Point conversion between a projected system and its own geographic
+ * system.  coords holds n (x, y) or (longitude, latitude) pairs, converted
+ * in place; longitudes and latitudes are in the geographic system's
+ * angular unit and relative to its prime meridian, x and y in the projected
+ * system's linear unit, false origins included.  Latitudes beyond the poles
+ * are clamped to them.  The result is the projection's count of converted
+ * points; -1 for no projected system, null coords or negative n; 0 when
+ * the projection has no function for the direction.  n = 0 asks the
+ * projection whether it can run (the array is not touched).  After a failed
+ * call (result below 1) the points are back in the caller's units. */
+KO_API int ko_geog_to_proj(ko_projcs *p, int n, double *coords);
+KO_API int ko_proj_to_geog(ko_projcs *p, int n, double *coords);
+/* As ko_proj_to_geog, with the longitudes put into the range 360 degrees
+ * wide (in the angular unit's measure) centred on center. */
+KO_API int ko_proj_to_geog_center(ko_projcs *p, int n, double *coords, double center);
+
 /* ======================================================================
  * Compiled-in catalogue
  * ====================================================================== */
