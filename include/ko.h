@@ -1769,6 +1769,348 @@ KO_API int ko_db_builtin_obj_copy(uint32_t type, const void *record, ko_db_rec *
  * Geographic transformations and methods
  * ====================================================================== */
 
+/* Codes of the builtin transformation methods. */
+#define KO_METHOD_LONGITUDE_ROTATION 9601
+#define KO_METHOD_GEOCENTRIC_TRANSLATION 9603
+#define KO_METHOD_MOLODENSKY 9604
+#define KO_METHOD_MOLODENSKY_ABRIDGED 9605
+#define KO_METHOD_POSITION_VECTOR 9606
+#define KO_METHOD_COORDINATE_FRAME 9607
+#define KO_METHOD_NADCON 9613
+#define KO_METHOD_NTV2 9615
+#define KO_METHOD_GEOGRAPHIC_2D_OFFSET 9619
+#define KO_METHOD_MOLODENSKY_BADEKAS 9636
+#define KO_METHOD_NULL 109600
+#define KO_METHOD_UNIT_CHANGE 109601
+#define KO_METHOD_BURSA_WOLF 109607
+#define KO_METHOD_HARN 109613
+#define KO_METHOD_GEOCON 109614
+#define KO_METHOD_NADCON5 109615
+#define KO_METHOD_TIME_BASED_HELMERT_POSITION_VECTOR 109616
+#define KO_METHOD_TIME_BASED_HELMERT_COORDINATE_FRAME 109617
+
+/* The flag word of a method vector.  Its low byte is the return type:
+ * ordinary (GCS 1 to GCS 2), time-based (the coordinate epoch comes through
+ * the frame's extra pointer, see ko_geog_to_geog_ext) or working inside one
+ * GCS (both sides are GCS 1).  A method is time-based when the return type
+ * has bit 1 or bit 2 set. */
+#define KO_MTH_RTN_MASK 0xFFu
+#define KO_MTH_RTN_ORDINARY 1u
+#define KO_MTH_RTN_TIME_BASED 2u
+#define KO_MTH_RTN_ONE_GCS 4u
+#define KO_MTH_NEEDS_FILE 0x100u    /* reads a grid file named by Dataset_ */
+#define KO_MTH_HEIGHT_AWARE 0x400u  /* transforms ellipsoidal heights */
+#define KO_MTH_IS_NO_OP 0x1000u     /* the frame's unit and meridian handling is all */
+
+/* Interpolation of a method's grid (ko_geogtran_method_interp_type). */
+#define KO_INTERP_NONE 0
+#define KO_INTERP_BILINEAR 1
+
+/* Function slots of a method vector.
+ *  forward / inverse: gt the transformation; parms its 24 parameter values
+ *    in metres, radians and ratios (by slot); extra the caller's opaque
+ *    pointer; coord n (longitude, latitude) pairs in radians from
+ *    Greenwich; z n ellipsoidal heights in metres or null.  Converted in
+ *    place; returns the points converted (a point the method cannot convert
+ *    is left as it was and not counted).
+ *  constfunc: fills a new constants record from the 24 parameter objects;
+ *    flag 1 asks for the whole grid, extent (degrees, may be null) limits
+ *    what a grid loader reads.  1 loaded; 0 not now (tried again later);
+ *    negative final until the constants are unloaded.
+ *  unloadfunc: releases what constfunc left in the record's data.
+ *  dfltsfunc: fills empty slots with the method's parameters at their
+ *    defaults; the number made, or -1 when memory ran out.
+ *  validfunc: 1 when the parameters suit the method, else 0 with the
+ *    reasons in err (source: the transformation's name).
+ *  usablefunc: 1 when the grid named by a Dataset_ parameter can be read.
+ *  filefunc: the full paths of that grid's files, one per line, into buf
+ *    (size bytes); the number of files, 0 for none, -1 when buf is small.
+ *  interpfunc: the KO_INTERP_* of the method's grid. */
+typedef int32_t (*ko_mth_fn)(const ko_geogtran *gt, const double *parms, void *extra,
+                             int32_t n, double *coord, double *z);
+typedef int (*ko_mth_constfunc)(ko_constants *constants, ko_parameter *const *parms, int flag,
+                                const ko_gcs_extent *extent);
+typedef void (*ko_mth_unloadfunc)(ko_constants *constants);
+typedef int (*ko_mth_dfltsfunc)(ko_parameter **parms);
+typedef int (*ko_mth_validfunc)(ko_parameter *const *parms, const char *name, ko_err *err);
+typedef int (*ko_mth_usablefunc)(const char *dataset_name);
+typedef int (*ko_mth_filefunc)(const char *dataset_name, char *buf, int size);
+typedef int (*ko_mth_interpfunc)(ko_parameter *const *parms);
+
+/* A method vector: eleven 8-byte slots, the first holding the code and the
+ * flag word.  Empty slots are null. */
+typedef struct ko_methlist_entry {
+  int32_t code;
+  uint32_t flags;
+  const char *name;
+  ko_mth_fn forward;
+  ko_mth_fn inverse;
+  ko_mth_constfunc constfunc;
+  ko_mth_unloadfunc unloadfunc;
+  ko_mth_dfltsfunc dfltsfunc;
+  ko_mth_validfunc validfunc;
+  ko_mth_usablefunc usablefunc;
+  ko_mth_filefunc filefunc;
+  ko_mth_interpfunc interpfunc;
+} ko_methlist_entry;
+
+KO_API extern const ko_methlist_entry ko_mth_bursa_wolf_vector;
+KO_API extern const ko_methlist_entry ko_mth_coordinate_frame_vector;
+KO_API extern const ko_methlist_entry ko_mth_geocon_vector;
+KO_API extern const ko_methlist_entry ko_mth_geocentric_translation_vector;
+KO_API extern const ko_methlist_entry ko_mth_geographic_2d_offset_vector;
+KO_API extern const ko_methlist_entry ko_mth_harn_vector;
+KO_API extern const ko_methlist_entry ko_mth_longitude_rotation_vector;
+KO_API extern const ko_methlist_entry ko_mth_molodensky_vector;
+KO_API extern const ko_methlist_entry ko_mth_molodensky_abridged_vector;
+KO_API extern const ko_methlist_entry ko_mth_molodensky_badekas_vector;
+KO_API extern const ko_methlist_entry ko_mth_nadcon_vector;
+KO_API extern const ko_methlist_entry ko_mth_nadcon5_vector;
+KO_API extern const ko_methlist_entry ko_mth_ntv2_vector;
+KO_API extern const ko_methlist_entry ko_mth_null_vector;
+KO_API extern const ko_methlist_entry ko_mth_position_vector_vector;
+KO_API extern const ko_methlist_entry ko_mth_time_based_helmert_coordinate_frame_vector;
+KO_API extern const ko_methlist_entry ko_mth_time_based_helmert_position_vector_vector;
+KO_API extern const ko_methlist_entry ko_mth_unit_change_vector;
+
+/* The method list: the 18 vectors above in this order, then null. */
+KO_API extern const ko_methlist_entry *const ko_methlist_tbl[];
+KO_API extern const int ko_methlist_tbl_cnt;
+
+/* By code (null for codes below 1 and unknown codes); by name, mapped
+ * through the method synonyms first and compared ignoring case; by index
+ * (0 <= i < count). */
+KO_API const ko_methlist_entry *ko_methlist_from_code(int32_t code);
+KO_API const ko_methlist_entry *ko_methlist_from_name(const char *name);
+KO_API const ko_methlist_entry *ko_methlist_from_indx(int i);
+KO_API int ko_methlist_count(void);
+/* A new method object: from a code (status KO_STATUS_CODE; an unknown code
+ * is error 215) or a name (status KO_STATUS_STRING; an unknown name is
+ * error 305). */
+KO_API ko_method *ko_methlist_method_from_code(int32_t code, ko_err *err);
+KO_API ko_method *ko_methlist_method_from_name(const char *name, ko_err *err);
+/* The slots and flags of an entry; 0 or null for a null entry. */
+KO_API int32_t ko_methlist_get_code(const ko_methlist_entry *e);
+KO_API uint32_t ko_methlist_get_flags(const ko_methlist_entry *e);
+KO_API const char *ko_methlist_get_name(const ko_methlist_entry *e);
+KO_API ko_mth_fn ko_methlist_get_forward(const ko_methlist_entry *e);
+KO_API ko_mth_fn ko_methlist_get_inverse(const ko_methlist_entry *e);
+KO_API ko_mth_constfunc ko_methlist_get_constfunc(const ko_methlist_entry *e);
+KO_API ko_mth_unloadfunc ko_methlist_get_unloadfunc(const ko_methlist_entry *e);
+KO_API ko_mth_dfltsfunc ko_methlist_get_dfltsfunc(const ko_methlist_entry *e);
+KO_API ko_mth_validfunc ko_methlist_get_validfunc(const ko_methlist_entry *e);
+KO_API ko_mth_usablefunc ko_methlist_get_usablefunc(const ko_methlist_entry *e);
+KO_API ko_mth_filefunc ko_methlist_get_filefunc(const ko_methlist_entry *e);
+KO_API ko_mth_interpfunc ko_methlist_get_interpfunc(const ko_methlist_entry *e);
+KO_API int ko_methlist_get_rtn_type(const ko_methlist_entry *e);
+KO_API int ko_methlist_get_needs_file(const ko_methlist_entry *e);
+KO_API int ko_methlist_get_height_aware(const ko_methlist_entry *e);
+KO_API int ko_methlist_get_is_no_op(const ko_methlist_entry *e);
+KO_API int ko_methlist_get_time_based(const ko_methlist_entry *e);
+
+/* Method object: a named header whose internal and external codes are the
+ * method's code.  Its slot getters look the entry up again by that code.
+ * ko_method_new_errext: an unknown name is warning 305 and no object. */
+KO_API ko_method *ko_method_new_errext(const char *name, ko_err *err);
+KO_API ko_method *ko_method_new(const char *name);
+KO_API ko_method *ko_method_new_methlist(const ko_methlist_entry *entry, ko_err *err);
+KO_API int ko_method_p(const void *obj);
+KO_API ko_method *ko_method_clone(const ko_method *m);
+KO_API ko_method *ko_method_del(ko_method *m);
+/* Equal when both are methods of the same code. */
+KO_API int ko_method_eq(const ko_method *a, const ko_method *b);
+KO_API ko_mth_fn ko_method_forward(const ko_method *m);
+KO_API ko_mth_fn ko_method_inverse(const ko_method *m);
+KO_API ko_mth_constfunc ko_method_constfunc(const ko_method *m);
+KO_API ko_mth_unloadfunc ko_method_unloadfunc(const ko_method *m);
+KO_API ko_mth_interpfunc ko_method_interpfunc(const ko_method *m);
+KO_API int ko_method_rtn_type(const ko_method *m);
+KO_API int ko_method_height_aware(const ko_method *m);
+KO_API int ko_method_needs_file(const ko_method *m);
+/* Sets all 24 slots of parms to null (without deleting what they held),
+ * then lets the method fill in its parameters at their defaults; returns
+ * what the defaults function returns, 0 when there is none. */
+KO_API int ko_method_defaults(const ko_method *m, ko_parameter **parms);
+/* The method's file names for a Dataset_ name (see the filefunc slot); 0
+ * when the method has no file function. */
+KO_API int ko_method_filenames(const ko_method *m, const char *dataset_name, char *buf,
+                               int size);
+/* 1 when the 24 parameters suit the method of this code.  Null parms:
+ * error 330; code 0 or below: valid unchecked; unknown code: error 350;
+ * else the method's own check (source: name).  Clears err first. */
+KO_API int ko_method_valid(ko_parameter *const *parms, const char *name, int32_t code,
+                           ko_err *err);
+KO_API extern const ko_objvec ko_method_objvec;
+KO_DECLARE_OBJECT_FORWARDS(method, ko_method)
+
+/* Geographic transformation: GCS 1, GCS 2 (null: GCS 1 stands for it),
+ * method, 24 parameter slots (by parameter-list index), metadata, remark,
+ * operation version, accuracy in metres (999.0 unknown) and the lazily
+ * loaded method constants (grids).  The constructors take ownership of
+ * every object handed to them on success (each object at most once; the
+ * same GCS as both sides is kept once); the parameter array itself stays
+ * the caller's.  On failure the caller keeps everything.  In order: name
+ * longer than 79 characters warning 354; not a method 335; GCS 1 not a GCS
+ * 332; GCS 2 not a GCS 333 (unless the method works inside one GCS); null
+ * parameter array 330; the method's validity check; memory 1.  The
+ * parameters' units are then fixed (ko_geogtran_parameters_fix). */
+#define KO_OPVERSION_SIZE 80
+KO_API ko_geogtran *ko_geogtran_ext_new_errext(const char *name, ko_geogcs *gcs1,
+                                               ko_geogcs *gcs2, ko_method *method,
+                                               ko_parameter **parms, ko_metadata **metadata,
+                                               ko_remark *remark, ko_err *err,
+                                               double accuracy);
+KO_API ko_geogtran *ko_geogtran_ext_new(const char *name, ko_geogcs *gcs1, ko_geogcs *gcs2,
+                                        ko_method *method, ko_parameter **parms,
+                                        ko_metadata **metadata, ko_remark *remark,
+                                        double accuracy);
+KO_API ko_geogtran *ko_geogtran_new_errext(const char *name, ko_geogcs *gcs1, ko_geogcs *gcs2,
+                                           ko_method *method, ko_parameter **parms,
+                                           ko_err *err);
+KO_API ko_geogtran *ko_geogtran_new(const char *name, ko_geogcs *gcs1, ko_geogcs *gcs2,
+                                    ko_method *method, ko_parameter **parms);
+/* Gives every transformation parameter of the 24 slots its unit and default
+ * factor by unit type: lengths "Meter" (1.0), scales "Parts_Per_Million"
+ * (1e-6), unitless "Unity" (1.0), angles "Arcsecond"; a unit already there
+ * is kept.  A unitless value is thus read in that unit.  1, or 0 when
+ * memory ran out (nothing changed). */
+KO_API int ko_geogtran_parameters_fix(ko_parameter **parms);
+KO_API int ko_geogtran_p(const void *obj);
+KO_API ko_geogtran *ko_geogtran_clone(const ko_geogtran *gt);
+KO_API ko_geogtran *ko_geogtran_del(ko_geogtran *gt);
+/* Both transformations; each slot holding a parameter on either side equal
+ * by ko_parameter_eq; names equal ignoring case; GCS 1 equal; GCS 2 equal
+ * when both have one; methods equal. */
+KO_API int ko_geogtran_eq(const ko_geogtran *a, const ko_geogtran *b);
+KO_API ko_geogcs *ko_geogtran_geogcs1(const ko_geogtran *gt);
+KO_API ko_geogcs *ko_geogtran_geogcs2(const ko_geogtran *gt);  /* GCS 1 when none */
+KO_API ko_method *ko_geogtran_method(const ko_geogtran *gt);
+/* The 24 slots themselves.  Loaded constants are built from the parameters
+ * and are not rebuilt when a parameter changes: unload them after a change. */
+KO_API ko_parameter **ko_geogtran_parameters_ptr(ko_geogtran *gt);
+/* Copies the 24 (borrowed) pointers into out; all null for no transformation. */
+KO_API void ko_geogtran_parameters(const ko_geogtran *gt, ko_parameter **out);
+/* Each slot's value in base units (ko_parameter_value_si), 0 when empty. */
+KO_API void ko_geogtran_parm_array(ko_parameter *const *parms, double *out);
+KO_API double ko_geogtran_accuracy(const ko_geogtran *gt);
+KO_API void ko_geogtran_set_opversion(ko_geogtran *gt, const char *version);
+KO_API char *ko_geogtran_get_opversion(const ko_geogtran *gt, char *buf); /* 80 bytes */
+KO_API ko_metadata *ko_geogtran_metadata(const ko_geogtran *gt);
+KO_API ko_metadata **ko_geogtran_metadata_vector(const ko_geogtran *gt);
+/* Replaces the metadata vector; a non-null md (owned from now on) becomes
+ * its only element.  0 when memory ran out (md stays the caller's). */
+KO_API int ko_geogtran_metadata_set(ko_geogtran *gt, ko_metadata *md);
+KO_API ko_remark *ko_geogtran_remark(const ko_geogtran *gt);
+KO_API int ko_geogtran_transforms_heights(const ko_geogtran *gt);
+KO_API int ko_geogtran_needs_file(const ko_geogtran *gt);
+KO_API int ko_geogtran_method_rtn_type(const ko_geogtran *gt);
+/* KO_INTERP_* of the method's grid; KO_INTERP_NONE without a grid. */
+KO_API int ko_geogtran_method_interp_type(const ko_geogtran *gt);
+/* The files of the transformation's grid (see the filefunc slot); 0 when
+ * the method reads none. */
+KO_API int ko_geogtran_filenames(const ko_geogtran *gt, char *buf, int size);
+/* 1 when the method has no usability check, else the check's answer for
+ * the Dataset_ parameter's name.  0 for no transformation. */
+KO_API int ko_geogtran_usable(const ko_geogtran *gt);
+
+/* Method constants.  Status: 0 not loaded, 1 loaded, 2 the method needs
+ * none, negative a failure that stands until unloaded (-1 when the record
+ * could not be allocated; else what the method's loader returned).
+ * load_constants_with_extent: 1 when constants are loaded or not needed,
+ * else 0; flag and extent are handed to the loader.  load_constants is
+ * the same with flag 1 and no extent.  A failure that stands is reported
+ * once to the message callback and the log (source
+ * "ko_geogtran_load_constants_with_extent"): error 356 with the message
+ * "<name>: cannot read grid <files>" for a grid method, error 1 when memory
+ * ran out. */
+KO_API int ko_geogtran_load_constants_with_extent(ko_geogtran *gt, int flag,
+                                                  const ko_gcs_extent *extent);
+KO_API int ko_geogtran_load_constants(ko_geogtran *gt);
+KO_API void ko_geogtran_unload_constants(ko_geogtran *gt);
+KO_API int ko_geogtran_isconstloaded(const ko_geogtran *gt);
+KO_API int32_t ko_geogtran_constants_status(const ko_geogtran *gt);
+KO_API ko_constants *ko_geogtran_constants(const ko_geogtran *gt);
+KO_API extern const ko_objvec ko_geogtran_objvec;
+KO_DECLARE_OBJECT_FORWARDS(geogtran, ko_geogtran)
+
+/* Point conversion through a geographic transformation.  coord holds n
+ * (longitude, latitude) pairs in the angular unit of the GCS on their side,
+ * relative to its prime meridian; z n heights in that GCS's vertical unit
+ * (metres when it has none) or null.  Converted in place.  direction 0 is
+ * GCS 1 to GCS 2, 1 the reverse.  Latitudes are clamped to +-90 degrees
+ * before the method runs.  Returns the method's count of converted points
+ * (a point it could not convert comes back in the output units from its
+ * unconverted value; only the count tells), 0 when the method's constants
+ * could not be loaded, -1 for no transformation, null coord, negative n or
+ * a direction other than 0 and 1.
+ *
+ * extra is handed to the method unchanged.  The time-based methods read it
+ * as a pointer to one double, the coordinate epoch in decimal years; null
+ * applies the parameters at their Reference_Time (a non-finite epoch
+ * converts nothing).  convert_units 0 takes and gives radians from the
+ * prime meridians and metres. */
+KO_API int32_t ko_geog_to_geog_ext_internal(ko_geogtran *gt, void *extra, int convert_units,
+                                            int32_t n, double *coord, double *z,
+                                            int direction);
+KO_API int32_t ko_geog_to_geog(ko_geogtran *gt, int32_t n, double *coord, double *z,
+                               int direction);
+KO_API int32_t ko_geog_to_geog_ext(ko_geogtran *gt, void *extra, int32_t n, double *coord,
+                                   double *z, int direction);
+KO_API int32_t ko_geog1_to_geog2(ko_geogtran *gt, int32_t n, double *coord, double *z);
+KO_API int32_t ko_geog2_to_geog1(ko_geogtran *gt, int32_t n, double *coord, double *z);
+/* ko_geog_to_geog, then the output longitudes moved into the 360-degree
+ * range about center (in the output GCS's angular unit). */
+KO_API int32_t ko_geog_to_geog_center(ko_geogtran *gt, int32_t n, double *coord, double *z,
+                                      int direction, double center);
+
+/* A composite transformation: steps run in order, each a transformation
+ * (owned) in a direction (0 forward, 1 inverse).  The ranking fields are
+ * set by the search that builds candidate paths.  A list of candidates is
+ * an array of entries ended by one whose count is 0 or less. */
+typedef struct ko_gtlist_step {
+  ko_geogtran *gt;
+  int32_t direction;
+} ko_gtlist_step;
+typedef struct ko_gtlist_entry {
+  int32_t count;         /* steps */
+  int32_t rank;          /* ranking fields of the path search */
+  int64_t rank_primary;
+  int64_t rank_secondary;
+  ko_gtlist_step *steps; /* owned array of count steps */
+} ko_gtlist_entry;
+
+/* An entry with count empty steps (null transformations, direction 0);
+ * null for count below 1 or when memory runs out.  _del deletes the steps'
+ * transformations, the steps and the entry, and returns null. */
+KO_API ko_gtlist_entry *ko_gtlist_entry_new(int32_t count);
+KO_API ko_gtlist_entry *ko_gtlist_entry_del(ko_gtlist_entry *entry);
+/* Entries inside a list: _init gives one count empty steps (1, or 0 when
+ * count is below 1 or memory runs out); _clear deletes what it owns and
+ * zeroes it. */
+KO_API int ko_gtlist_entry_init(ko_gtlist_entry *entry, int32_t count);
+KO_API void ko_gtlist_entry_clear(ko_gtlist_entry *entry);
+/* Puts gt (owned from now on, replacing and deleting the step's previous
+ * one) into step i with a direction; 1, or 0 for a bad index, direction or
+ * object (which then stays the caller's). */
+KO_API int ko_gtlist_entry_set_step(ko_gtlist_entry *entry, int32_t i, ko_geogtran *gt,
+                                    int32_t direction);
+/* A list of room for count entries, all empty, plus the end entry; fill
+ * the entries in order with ko_gtlist_entry_init.  _del clears every entry
+ * up to the end and frees the list; returns null. */
+KO_API ko_gtlist_entry *ko_gtlist_new(int32_t count);
+KO_API ko_gtlist_entry *ko_gtlist_del(ko_gtlist_entry *list);
+/* Runs a composite: direction 0 runs the steps first to last in their own
+ * directions, 1 last to first each reversed.  The count of the last step
+ * run is returned (a point that failed earlier goes on as it stands); 0 for
+ * n = 0 or no steps; -1 for a null entry or coord, n negative or above
+ * INT32_MAX. */
+KO_API int32_t ko_gtlist_geog_to_geog_internal(const ko_gtlist_entry *entry, int convert_units,
+                                               int64_t n, double *coord, double *z,
+                                               int direction);
+KO_API int32_t ko_factory_gtlist_geog_to_geog(const ko_gtlist_entry *entry, int64_t n,
+                                              double *coord, double *z, int direction);
+
+
 /* ======================================================================
  * Text formats
  * ====================================================================== */
