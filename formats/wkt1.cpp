@@ -45,6 +45,9 @@ constexpr TypeRow kTypes[] = {
     KO_WKT1_ROW(authority, ko_authority, KO_TYPE_AUTHORITY),
     KO_WKT1_ROW(dispname, ko_dispname, KO_TYPE_DISPNAME),
     KO_WKT1_ROW(metadata, ko_metadata, KO_TYPE_METADATA),
+    KO_WKT1_ROW(projcs, ko_projcs, KO_TYPE_PROJCS),
+    KO_WKT1_ROW(method, ko_method, KO_TYPE_METHOD),
+    KO_WKT1_ROW(geogtran, ko_geogtran, KO_TYPE_GEOGTRAN),
 };
 
 const TypeRow *row_of(uint32_t type) {
@@ -65,8 +68,8 @@ constexpr KeywordRow kLeadingKeywords[] = {
     {"ADJHCS", nullptr}, {"VERTTRAN", nullptr}, {"HVCOORDSYS", nullptr}, {"COMPD_CS", nullptr}};
 
 constexpr KeywordRow kKeywords[] = {
-    {"GEOGTRAN", nullptr},
-    {"PROJCS", nullptr},
+    {"GEOGTRAN", read_as<ko_geogtran, ko_wkt_geogtran_from_str>},
+    {"PROJCS", read_as<ko_projcs, ko_wkt_projcs_from_str>},
     {"GEOGCS", read_as<ko_geogcs, ko_wkt_geogcs_from_str>},
     {"VERTCS", nullptr},
     {"GXYZCS", nullptr},
@@ -81,7 +84,7 @@ constexpr KeywordRow kKeywords[] = {
     {"PRIMEM", read_as<ko_primem, ko_wkt_primem_from_str>},
     {"SPHEROID", read_as<ko_spheroid, ko_wkt_spheroid_from_str>},
     {"ELLIPSOID", read_as<ko_spheroid, ko_wkt_spheroid_from_str>},
-    {"METHOD", nullptr},
+    {"METHOD", read_as<ko_method, ko_wkt_method_from_str>},
     {"HTMETHOD", nullptr},
     {"PROJECTION", read_as<ko_projection, ko_wkt_projection_from_str>},
     {"PARAMETER", read_as<ko_parameter, ko_wkt_parameter_from_str>},
@@ -187,6 +190,15 @@ int ko_wkt_hvdatum_to_str(const void *obj, const char *authority, uint32_t optio
 
 void *ko_wkt_hvdatum_from_str(const char *text, const char *authority, ko_err *err) {
   return read_of_types(KO_TYPE_HVDATUM, text, authority, err);
+}
+
+int ko_wkt_transform_to_str(const void *obj, const char *authority, uint32_t options, int size,
+                            char *buf) {
+  return write_of_types(KO_TYPE_TRANSFORM, obj, authority, options, size, buf);
+}
+
+void *ko_wkt_transform_from_str(const char *text, const char *authority, ko_err *err) {
+  return read_of_types(KO_TYPE_TRANSFORM, text, authority, err);
 }
 
 }  // extern "C"

@@ -128,6 +128,23 @@ struct MetadataVectorDeleter {
 };
 using UniqueMetadata = std::unique_ptr<ko_metadata *, MetadataVectorDeleter>;
 
+// The 24 parameter slots of a projected system or a transformation under
+// construction.
+struct ParameterSlots {
+  std::array<Unique<ko_parameter>, KO_PARM_COUNT> owned;
+  std::array<ko_parameter *, KO_PARM_COUNT> ptrs{};
+  // The constructor took the parameters: stop owning them.
+  void release() {
+    for (auto &p : owned) p.release();
+  }
+};
+
+// Reads the children of repeatable spec `kind` as PARAMETERs into their
+// list slots: a name the parameter list does not know is error 423, one of
+// a category outside `categories` 424, a second one for a slot 411.
+bool read_parameters(const Reader &r, const Node &node, const Children &c, int kind,
+                     uint32_t categories, ParameterSlots &slots);
+
 // AUTHORITY and DISPNAME of a node, read before the object is built.
 struct Extras {
   Unique<ko_authority> authority;
@@ -230,6 +247,10 @@ void put_child(text::TextOut &out, ToStr<T> to_str, const T *child, const char *
 // ,AUTHORITY[...] of an object: its authority object, else the authority
 // name, external code and version of its header; nothing without either.
 void put_authority_of(text::TextOut &out, const void *obj, uint32_t options);
+
+// ,PARAMETER[...] for every filled slot, in slot order.
+void put_parameters(text::TextOut &out, ko_parameter *const *parms, const char *authority,
+                    uint32_t options);
 
 // The common end of every node: METADATA entries (unless
 // KO_STR_NO_METADATA), DISPNAME and AUTHORITY when the level asks for them,

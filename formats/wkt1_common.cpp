@@ -38,6 +38,11 @@ const char *own_name(uint32_t type, const char *name) {
     const ko_parmlist_entry *row = ko_parmlist_from_name(name);
     return row != nullptr && row->code != KO_PARM_CODE_DATASET ? row->name : nullptr;
   }
+  if (type == KO_TYPE_METHOD) {
+    for (int i = 0; i < ko_methlist_count(); ++i)
+      if (ko_strcmp_ci(ko_methlist_from_indx(i)->name, name) == 0) return ko_methlist_from_indx(i)->name;
+    return nullptr;
+  }
   if (type == KO_TYPE_PROJECTION) {
     for (int i = 0; i < ko_projlist_count(); ++i)
       if (ko_strcmp_ci(ko_projlist_from_indx(i)->name, name) == 0) return ko_projlist_from_indx(i)->name;
@@ -188,6 +193,34 @@ bool read_metadata(const Reader &r, const Children &c, ko_metadata **&out) {
   return true;
 }
 
+bool read_parameters(const Reader &r, const Node &node, const Children &c, int kind,
+                     uint32_t categories, ParameterSlots &slots) {
+  for (int k = 0; k < c.repeat_count; ++k) {
+    if (c.repeats[k].kind != kind) continue;
+    Unique<ko_parameter> p;
+    if (!read_child(r, c.repeats[k].at, ko_wkt_parameter_from_tokens, p)) return false;
+    if (p == nullptr) continue;
+    const ko_parmlist_entry *row = ko_parmlist_from_code(ko_object_code_internal(p.get()));
+    const char *name = ko_header_get_orig_name(p.get());
+    if (row == nullptr) {
+      report(r.err, 423, node.keyword, name);
+      return false;
+    }
+    if ((row->category & categories) == 0) {
+      report(r.err, 424, node.keyword, name);
+      return false;
+    }
+    auto slot = static_cast<std::size_t>(row->index);
+    if (slots.owned[slot] != nullptr) {
+      report(r.err, 411, node.keyword, name);
+      return false;
+    }
+    slots.ptrs[slot] = p.get();
+    slots.owned[slot] = std::move(p);
+  }
+  return true;
+}
+
 bool read_extras(const Reader &r, const Children &c, Extras &extras) {
   extras.hidden = c.hidden;
   return read_child(r, c.authority, ko_wkt_authority_from_tokens, extras.authority) &&
@@ -265,6 +298,13 @@ void put_quoted(text::TextOut &out, const char *text) {
   out.put(",\"");
   out.put(text);
   out.put('"');
+}
+
+void put_parameters(text::TextOut &out, ko_parameter *const *parms, const char *authority,
+                    uint32_t options) {
+  if (parms == nullptr) return;
+  for (int i = 0; i < KO_PARM_COUNT; ++i)
+    put_child(out, ko_wkt_parameter_to_str, parms[i], authority, options);
 }
 
 void put_tail(text::TextOut &out, const void *obj, ko_metadata *const *metadata,

@@ -2319,6 +2319,9 @@ KO_DECLARE_WKT1(projection, ko_projection)
 KO_DECLARE_WKT1(authority, ko_authority)
 KO_DECLARE_WKT1(dispname, ko_dispname)
 KO_DECLARE_WKT1(metadata, ko_metadata)
+KO_DECLARE_WKT1(projcs, ko_projcs)
+KO_DECLARE_WKT1(method, ko_method)
+KO_DECLARE_WKT1(geogtran, ko_geogtran)
 
 /* Dispatch on the object's type code; -1 for a type without a WKT1 form
  * (or no object).  With KO_STR_EXPAND or KO_STR_EXPAND_TABS the text is
@@ -2341,13 +2344,18 @@ KO_API void *ko_wkt_coordsys_from_str(const char *text, const char *authority, k
 KO_API int ko_wkt_hvdatum_to_str(const void *obj, const char *authority, uint32_t options,
                                  int size, char *buf);
 KO_API void *ko_wkt_hvdatum_from_str(const char *text, const char *authority, ko_err *err);
+KO_API int ko_wkt_transform_to_str(const void *obj, const char *authority, uint32_t options,
+                                   int size, char *buf);
+KO_API void *ko_wkt_transform_from_str(const char *text, const char *authority, ko_err *err);
 
-/* Renames applied after reading (see the source for the exact rules):
+/* Applied after reading (see the source for the exact rules): the datum
  * "D_Hong_Kong_1963" on International 1924 becomes "D_Hong_Kong_1963_67";
- * four geographic systems get the name of their grad or 1967 variant.
- * Return 1 when a name changed, else 0. */
+ * four geographic systems get the name of their grad or 1967 variant;
+ * "Belge_Lambert_1972" and "British_National_Grid" get their published
+ * false origins and scale factor.  Return 1 when something changed. */
 KO_API int ko_wkt_datum_special_cases(ko_datum *datum);
 KO_API int ko_wkt_geogcs_special_cases(ko_geogcs *geogcs);
+KO_API int ko_wkt_projcs_special_cases(ko_projcs *projcs);
 
 /* The WKT2 and PROJ.4 rows of the formatter table. */
 KO_API int ko_wkt2_object_to_str(const void *obj, const char *authority, uint32_t options,
