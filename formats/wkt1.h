@@ -99,12 +99,20 @@ bool value_number(const Reader &r, const Node &node, const Children &c, int k, i
 const char *value_text(const Reader &r, const Children &c, int k);
 
 // The library's name for a name read, cut to 79 characters (a longer name
-// is reported as warning 354).  With an authority the name is that
-// authority's spelling mapped back.  Without one, a name that already is
-// one of the library's names becomes the library's spelling of it (other
-// authorities spell some library names alike for other objects); any other
-// name is mapped through every authority's synonyms.
+// is reported as warning 354).  A name spelled exactly as one of the
+// library's names (case aside) is that name: what the writers write reads
+// back as itself.  Otherwise, with an authority, the name is that
+// authority's spelling mapped back; without one, a name equal to a library
+// name the library's way (ko_strcmp_ci) is that name, and any other is
+// mapped through every authority's synonyms.  (Authorities spell some
+// library names alike for other objects: EPSG's "Longitude of origin" is
+// the library's Central_Meridian, not its Longitude_Of_Origin.)
 void library_name(const Reader &r, uint32_t type, const Node &node, char (&out)[KO_NAME_SIZE]);
+
+// True when the object's name, or the name it was read with, is `name`,
+// or its name is the library name `name` stands for as a synonym: the test
+// of the special cases, whose rules name systems by one spelling.
+bool has_name(const void *obj, const char *name);
 
 // Reads an optional child with its reader.  Absent: true.  When the child
 // reader fails the read stops (false) if the caller gave a record; without

@@ -31,28 +31,33 @@ bool note_single(const Reader &r, const Node &node, int &slot, int index, int du
   return true;
 }
 
+// Name comparisons: exact (ignoring case only) or the library's way
+// (ignoring case, white space and ( ) - / \ _ too).
+using NameCompare = int (*)(const char *, const char *);
+
 // The library's own spelling of a name of the type, when the name is one
-// of the library's names (compared the library's way, ko_strcmp_ci).
-const char *own_name(uint32_t type, const char *name) {
+// of the library's names under the comparison.
+const char *own_name(uint32_t type, const char *name, NameCompare same) {
   if (type == KO_TYPE_PARAMETER) {
-    const ko_parmlist_entry *row = ko_parmlist_from_name(name);
-    return row != nullptr && row->code != KO_PARM_CODE_DATASET ? row->name : nullptr;
+    for (const ko_parmlist_entry *row = ko_parmlist_tbl; row->code != 0; ++row)
+      if (same(row->name, name) == 0) return row->name;
+    return nullptr;
   }
   if (type == KO_TYPE_METHOD) {
     for (int i = 0; i < ko_methlist_count(); ++i)
-      if (ko_strcmp_ci(ko_methlist_from_indx(i)->name, name) == 0) return ko_methlist_from_indx(i)->name;
+      if (same(ko_methlist_from_indx(i)->name, name) == 0) return ko_methlist_from_indx(i)->name;
     return nullptr;
   }
   if (type == KO_TYPE_PROJECTION) {
     for (int i = 0; i < ko_projlist_count(); ++i)
-      if (ko_strcmp_ci(ko_projlist_from_indx(i)->name, name) == 0) return ko_projlist_from_indx(i)->name;
+      if (same(ko_projlist_from_indx(i)->name, name) == 0) return ko_projlist_from_indx(i)->name;
     return nullptr;
   }
   for (const ko_db_builtin_entry *row = ko_db_builtin_registry; row->type != 0; ++row) {
     if ((row->type & type) != row->type || row->data == nullptr) continue;
     // Every data record starts with its name.
     auto *record = static_cast<const char *const *>(ko_db_builtin_data_lookup_name(row, name));
-    if (record != nullptr && ko_strcmp_ci(*record, name) == 0) return *record;
+    if (record != nullptr && same(*record, name) == 0) return *record;
   }
   return nullptr;
 }
@@ -168,7 +173,9 @@ bool value_number(const Reader &r, const Node &node, const Children &c, int k, i
 void library_name(const Reader &r, uint32_t type, const Node &node, char (&out)[KO_NAME_SIZE]) {
   if (!fits<KO_NAME_SIZE>(node.name)) report_too_long(r.err, node.keyword, node.name);
   bool any_authority = r.authority == nullptr || r.authority[0] == '\0';
-  if (const char *own = any_authority ? own_name(type, node.name) : nullptr)
+  const char *own = own_name(type, node.name, ko_strcmp_i);
+  if (own == nullptr && any_authority) own = own_name(type, node.name, ko_strcmp_ci);
+  if (own != nullptr)
     ko_strncpy(out, own, KO_NAME_SIZE);
   else
     ko_synonym_lookup_by_syn(type, node.name, r.authority, out);
@@ -242,6 +249,14 @@ void *finish_object(void *obj, const Node &node, Extras &extras) {
 
 // ---------------------------------------------------------------------------
 // Writing.
+
+bool has_name(const void *obj, const char *name) {
+  char mapped[KO_NAME_SIZE];
+  ko_synonym_lookup_by_syn(ko_header_get_type(obj), name, nullptr, mapped);
+  const char *own = ko_header_get_name(obj);
+  return ko_strcmp_ci(own, name) == 0 || ko_strcmp_ci(own, mapped) == 0 ||
+         ko_strcmp_ci(ko_header_get_orig_name(obj), name) == 0;
+}
 
 Level level_of(uint32_t options) {
   Level level;

@@ -175,8 +175,8 @@ int ko_wkt_datum_to_str(const ko_datum *d, const char *authority, uint32_t optio
 // International 1924 spheroid it is the 1963(67) one.
 int ko_wkt_datum_special_cases(ko_datum *datum) {
   ko_spheroid *s = ko_datum_spheroid(datum);
-  if (s == nullptr || ko_strcmp_ci(ko_header_get_name(datum), "D_Hong_Kong_1963") != 0) return 0;
-  if (ko_strcmp_ci(ko_header_get_name(s), "International_1924") != 0 ||
+  if (s == nullptr || !has_name(datum, "D_Hong_Kong_1963")) return 0;
+  if (!has_name(s, "International_1924") ||
       !ko::rel_eq(ko_spheroid_axis(s), 6378388.0) ||
       !ko::rel_eq(ko_spheroid_flattening(s), 0.003367003367003367))
     return 0;
@@ -252,12 +252,11 @@ int ko_wkt_geogcs_special_cases(ko_geogcs *geogcs) {
   };
   if (ko_geogcs_p(geogcs) == 0 || !ko::rel_eq(ko_primem_longitude(ko_geogcs_primem(geogcs)), 0.0))
     return 0;
-  const char *name = ko_header_get_name(geogcs);
-  const char *datum = ko_header_get_name(ko_geogcs_datum(geogcs));
+  const ko_datum *datum = ko_geogcs_datum(geogcs);
   double factor = ko_angunit_factor(ko_geogcs_unit(geogcs));
   for (const auto &rename : kRenames) {
-    if (ko_strcmp_ci(name, rename.name) == 0 && ko::rel_eq(factor, rename.unit_factor) &&
-        ko_strcmp_ci(datum, rename.datum) == 0) {
+    if (has_name(geogcs, rename.name) && ko::rel_eq(factor, rename.unit_factor) &&
+        has_name(datum, rename.datum)) {
       ko_header_set_name(geogcs, rename.renamed);
       return 1;
     }

@@ -27,15 +27,13 @@ bool angle_is(ko_parameter *const *parms, int slot, double degrees) {
          ko::rel_eq(ko_parameter_value_si(parms[slot]), degrees * ko::kDegree);
 }
 
-bool named(const void *obj, const char *name) { return ko_strcmp_ci(ko_header_get_name(obj), name) == 0; }
-
 // The Belgian Lambert 1972 grid as published has false origins of
 // 150000.013 and 5400088.438 m; texts carry them as 150000.01256 and
 // 5400088.4378.
 bool fix_belge_lambert(ko_projcs *p, ko_parameter *const *parms) {
   const ko_projection *prj = ko_projcs_projection(p);
-  if (!named(p, "Belge_Lambert_1972") || !named(ko_projcs_geogcs(p), "GCS_Belge_1972") ||
-      !(named(prj, "Lambert_Conformal_Conic") || named(prj, "Lambert_Conformal_Conic_1SP")))
+  if (!has_name(p, "Belge_Lambert_1972") || !has_name(ko_projcs_geogcs(p), "GCS_Belge_1972") ||
+      !(has_name(prj, "Lambert_Conformal_Conic") || has_name(prj, "Lambert_Conformal_Conic_1SP")))
     return false;
   if (!ko::rel_eq(slot_value(parms, kFalseEasting), 150000.01256) ||
       !ko::rel_eq(slot_value(parms, kFalseNorthing), 5400088.4378) ||
@@ -50,8 +48,8 @@ bool fix_belge_lambert(ko_projcs *p, ko_parameter *const *parms) {
 // The British National Grid's scale factor is 0.9996012717; texts carry
 // 0.999601272.
 bool fix_british_national_grid(ko_projcs *p, ko_parameter *const *parms) {
-  if (!named(p, "British_National_Grid") || !named(ko_projcs_geogcs(p), "GCS_OSGB_1936") ||
-      !named(ko_projcs_projection(p), "Transverse_Mercator"))
+  if (!has_name(p, "British_National_Grid") || !has_name(ko_projcs_geogcs(p), "GCS_OSGB_1936") ||
+      !has_name(ko_projcs_projection(p), "Transverse_Mercator"))
     return false;
   if (!angle_is(parms, kCentralMeridian, -2.0) || !ko::rel_eq(slot_value(parms, kScaleFactor), 0.999601272))
     return false;
