@@ -37,16 +37,23 @@ const char *find_ci(const char *hay, const char *needle) {
   return nullptr;
 }
 
+constexpr bool may_follow_keyword(unsigned char c) {
+  return is_letter(c) || c == '_' || c == '-' || is_space(c);
+}
+
 // The first occurrence of keyword that opens a node: after the keyword
 // (and any further letters, '_', '-' and white space) comes '[' or '('.
+// A failed occurrence is followed by a run of such characters up to q; an
+// occurrence starting inside that run would end at the same q, so the
+// search goes on from q and stays linear in the text's length.
 const char *find_node_keyword(const char *text, const char *keyword) {
   std::size_t n = std::strlen(keyword);
-  for (const char *p = find_ci(text, keyword); p != nullptr; p = find_ci(p + 1, keyword)) {
+  for (const char *p = find_ci(text, keyword); p != nullptr;) {
     const char *q = p + n;
-    while (is_letter(static_cast<unsigned char>(*q)) || *q == '_' || *q == '-' ||
-           is_space(static_cast<unsigned char>(*q)))
-      ++q;
+    while (may_follow_keyword(static_cast<unsigned char>(*q))) ++q;
     if (*q == '[' || *q == '(') return p;
+    if (*q == '\0') return nullptr;
+    p = find_ci(q, keyword);
   }
   return nullptr;
 }
