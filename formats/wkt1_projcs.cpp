@@ -2,6 +2,7 @@
 // PARAMETERs and linear UNIT, and the two published systems whose text
 // carries rounded false origins or scale.
 #include "formats/wkt1.h"
+#include "projections/projlist.h"
 
 #include <cmath>
 
@@ -54,6 +55,92 @@ bool fix_british_national_grid(ko_projcs *p, ko_parameter *const *parms) {
   if (!angle_is(parms, kCentralMeridian, -2.0) || !ko::rel_eq(slot_value(parms, kScaleFactor), 0.999601272))
     return false;
   ko_parameter_value_set(parms[kScaleFactor], 0.9996012717);
+  return true;
+}
+
+// --- Parameter conventions of other WKT1 writers ---------------------------
+//
+// GDAL (and so PostGIS) writes some projections with parameters the
+// library files under another name.  The synonym tables map names one to
+// one; these rules map what depends on the projection.
+
+// Gives a parameter another list identity (name and codes), keeping its
+// value and the name it was read with.
+void retarget(ko_parameter *p, int32_t code) {
+  const ko_parmlist_entry *row = ko_parmlist_from_code(code);
+  ko_header_set_name(p, row->name);
+  ko_header_set_code_internal(p, code);
+  ko_header_set_code_external(p, code);
+}
+
+void move_slot(ParameterSlots &parms, int from, int to, int32_t code) {
+  auto f = static_cast<std::size_t>(from);
+  auto t = static_cast<std::size_t>(to);
+  parms.owned[t] = std::move(parms.owned[f]);
+  parms.ptrs[t] = parms.ptrs[f];
+  parms.ptrs[f] = nullptr;
+  retarget(parms.ptrs[t], code);
+}
+
+bool slot_listed(std::span<const ko::ParmRule> rules, int slot) {
+  for (const ko::ParmRule &rule : rules)
+    if (rule.slot == slot) return true;
+  return false;
+}
+
+// The natural origin of Albers, Lambert azimuthal equal-area and others is
+// "latitude_of_center"/"longitude_of_center" there, and the centre of
+// Orthographic and Gnomonic "latitude_of_origin"/"central_meridian": a
+// slot the projection needs that is empty takes its partner from a slot
+// the projection does not use.
+void adopt_origin_or_center(std::span<const ko::ParmRule> rules, ParameterSlots &parms) {
+  static constexpr struct {
+    int32_t code;
+    int32_t partners[2];
+  } kPartners[] = {
+      {100010, {100012, 0}},      {100011, {100012, 0}}, {100012, {100010, 100011}},
+      {100021, {100022, 0}},      {100020, {100022, 0}}, {100022, {100021, 100020}},
+  };
+  for (const ko::ParmRule &rule : rules) {
+    if (parms.ptrs[static_cast<std::size_t>(rule.slot)] != nullptr) continue;
+    for (const auto &pair : kPartners) {
+      if (pair.code != rule.code) continue;
+      for (int32_t partner : pair.partners) {
+        int slot = ko_parmlist_index_from_code(partner);
+        ko_parameter *p = slot >= 0 ? parms.ptrs[static_cast<std::size_t>(slot)] : nullptr;
+        if (p == nullptr || ko_object_code_internal(p) != partner || slot_listed(rules, slot)) continue;
+        move_slot(parms, slot, rule.slot, rule.code);
+        break;
+      }
+    }
+  }
+}
+
+// "Polar_Stereographic" is both EPSG variants: with the origin at a pole it
+// is variant A (scale at the pole), otherwise its latitude of origin is
+// the latitude of true scale of variant B, and its scale factor (1) says
+// nothing.  angle_factor is the geographic system's angular unit.
+bool adopt_polar_variant_b(ko::Unique<ko_projection> &projection, ParameterSlots &parms,
+                           double angle_factor) {
+  constexpr int32_t kVariantA = 43066;
+  constexpr int32_t kVariantB = 43067;
+  ko_parameter *origin = parms.ptrs[kLatitudeOfOrigin];
+  if (ko_object_code_internal(projection.get()) != kVariantA || origin == nullptr ||
+      parms.ptrs[kStdParallel1] != nullptr ||
+      ko::rel_eq(std::fabs(ko_parameter_value(origin) * angle_factor), ko::kHalfPi))
+    return true;
+  ko::Unique<ko_projection> variant_b(ko_projlist_projection_from_code(kVariantB, nullptr));
+  if (variant_b == nullptr) return false;
+  // Written back as it was read ("Polar_Stereographic"), it reads so again.
+  ko_header_set_orig_name(variant_b.get(), ko_header_get_orig_name(projection.get()));
+  ko_header_set_status(variant_b.get(), KO_STATUS_STRING);
+  ko_header_set_str_type(variant_b.get(), static_cast<int32_t>(KO_STR_FMT_WKT1));
+  projection = std::move(variant_b);
+  move_slot(parms, kLatitudeOfOrigin, kStdParallel1, 100025);
+  if (parms.ptrs[kScaleFactor] != nullptr && ko_parameter_value(parms.ptrs[kScaleFactor]) == 1.0) {
+    parms.owned[kScaleFactor].reset();
+    parms.ptrs[kScaleFactor] = nullptr;
+  }
   return true;
 }
 
@@ -124,6 +211,12 @@ ko_projcs *ko_wkt_projcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
     report(err, missing, node.keyword, node.name);
     return nullptr;
   }
+  const double angle_factor = ko_angunit_factor(ko_geogcs_unit(geogcs.get()));
+  if (!adopt_polar_variant_b(projection, parms, angle_factor)) {
+    ko::report_no_memory(err, node.keyword, node.name);
+    return nullptr;
+  }
+  adopt_origin_or_center(ko::parm_rules(ko_object_code_internal(projection.get())), parms);
   ko::Unique<ko_conversion> conversion(construct(
       r, [&](ko_err *e) { return ko_conversion_new_errext(projection.get(), parms.ptrs.data(), e); }));
   if (conversion == nullptr) return nullptr;

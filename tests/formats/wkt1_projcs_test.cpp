@@ -9,6 +9,8 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -190,6 +192,54 @@ TEST(Wkt1Projcs, TransformationAccuracyMethodAndGrid) {
   auto grid = read_text(ntv2);
   ASSERT_NE(grid.obj, nullptr) << grid.err.number << " " << grid.err.message;
   EXPECT_EQ(write_text(grid.obj.get()), ntv2);
+}
+
+// Parameters other writers give some projections under other names.
+TEST(Wkt1Projcs, ConventionsOfOtherWriters) {
+  auto slots = [](const Obj &obj) {
+    std::vector<std::pair<int, int32_t>> out;  // slot, parameter code
+    ko_parameter **p = ko_conversion_parameters_ptr(ko_projcs_conversion(static_cast<ko_projcs *>(obj.get())));
+    for (int i = 0; i < KO_PARM_COUNT; ++i)
+      if (p[i] != nullptr) out.emplace_back(i, ko_object_code_internal(p[i]));
+    return out;
+  };
+  using Slots = std::vector<std::pair<int, int32_t>>;
+  auto read_with = [](const std::string &projection, const std::string &parms) {
+    return read_text(R"(PROJCS["p",)" + kGcs + R"(,PROJECTION[")" + projection + R"("],)" + parms + "," + kMeter + "]",
+                     "PostGIS");
+  };
+  // Albers' origin called centre.
+  auto albers = read_with("Albers_Conic_Equal_Area",
+                          R"(PARAMETER["latitude_of_center",0],PARAMETER["longitude_of_center",132],)"
+                          R"(PARAMETER["standard_parallel_1",-18],PARAMETER["standard_parallel_2",-36])");
+  ASSERT_NE(albers.obj, nullptr) << albers.err.number;
+  EXPECT_EQ(slots(albers.obj), (Slots{{2, 100010}, {3, 100025}, {4, 100026}, {6, 100021}}));
+  // Orthographic's centre called origin.
+  auto ortho = read_with("Orthographic", R"(PARAMETER["latitude_of_origin",50],PARAMETER["central_meridian",10])");
+  ASSERT_NE(ortho.obj, nullptr) << ortho.err.number;
+  EXPECT_EQ(slots(ortho.obj), (Slots{{10, 100012}, {11, 100022}}));
+  EXPECT_EQ(ko_parameter_value(ko_conversion_parameters_ptr(
+                ko_projcs_conversion(static_cast<ko_projcs *>(ortho.obj.get())))[10]),
+            10.0);
+  // Polar stereographic: variant B unless the origin is at a pole.
+  auto b = read_with("Polar_Stereographic", R"(PARAMETER["latitude_of_origin",-71],PARAMETER["central_meridian",0],)"
+                                            R"(PARAMETER["scale_factor",1])");
+  ASSERT_NE(b.obj, nullptr) << b.err.number;
+  EXPECT_STREQ(ko_header_get_name(ko_projcs_projection(static_cast<ko_projcs *>(b.obj.get()))),
+               "Polar_Stereographic_Variant_B");
+  EXPECT_EQ(slots(b.obj), (Slots{{2, 100010}, {3, 100025}}));
+  auto a = read_with("Polar_Stereographic", R"(PARAMETER["latitude_of_origin",90],PARAMETER["central_meridian",0],)"
+                                            R"(PARAMETER["scale_factor",0.994])");
+  ASSERT_NE(a.obj, nullptr) << a.err.number;
+  EXPECT_STREQ(ko_header_get_name(ko_projcs_projection(static_cast<ko_projcs *>(a.obj.get()))),
+               "Polar_Stereographic_Variant_A");
+  EXPECT_EQ(slots(a.obj), (Slots{{2, 100010}, {5, 100003}, {6, 100021}}));
+  // Read back as written, each stays what it became.
+  for (const Obj *obj : {&albers.obj, &ortho.obj, &b.obj, &a.obj}) {
+    auto again = read_text(write_text(obj->get()));
+    ASSERT_NE(again.obj, nullptr);
+    EXPECT_TRUE(ko_object_eq(again.obj.get(), obj->get())) << write_text(obj->get());
+  }
 }
 
 // Round trips over the catalogue's projected systems and transformations.
