@@ -2215,6 +2215,36 @@ KO_API void *ko_object_from_string_auth_by_type(uint32_t type, const char *text,
                                                 const char *authority);
 KO_API void *ko_object_from_string_auth_by_type_errext(uint32_t type, const char *text,
                                                        const char *authority, ko_err *err);
+/* Each object type with a text form repeats these under its own prefix:
+ * ko_<t>_from_string (with _auth and _errext) reads only that type (the
+ * text's first node of that type), ko_<t>_to_string (with _auth, _ext and
+ * _len) writes as ko_object_to_string does. */
+#define KO_DECLARE_STRING_FORWARDS(prefix, T)                                                  \
+  KO_API T *ko_##prefix##_from_string(const char *text);                                       \
+  KO_API T *ko_##prefix##_from_string_auth(const char *text, const char *authority);           \
+  KO_API T *ko_##prefix##_from_string_errext(const char *text, ko_err *err);                   \
+  KO_API int ko_##prefix##_to_string(const T *obj, char *buf);                                 \
+  KO_API int ko_##prefix##_to_string_auth(const T *obj, const char *authority, char *buf);     \
+  KO_API char *ko_##prefix##_to_string_ext(const T *obj, uint32_t options, char *buf);         \
+  KO_API int ko_##prefix##_to_string_len(const T *obj, uint32_t options, int size, char *buf);
+KO_DECLARE_STRING_FORWARDS(geogcs, ko_geogcs)
+KO_DECLARE_STRING_FORWARDS(projcs, ko_projcs)
+KO_DECLARE_STRING_FORWARDS(datum, ko_datum)
+KO_DECLARE_STRING_FORWARDS(spheroid, ko_spheroid)
+KO_DECLARE_STRING_FORWARDS(primem, ko_primem)
+KO_DECLARE_STRING_FORWARDS(unit, ko_unit)
+KO_DECLARE_STRING_FORWARDS(linunit, ko_linunit)
+KO_DECLARE_STRING_FORWARDS(angunit, ko_angunit)
+KO_DECLARE_STRING_FORWARDS(scaleunit, ko_scaleunit)
+KO_DECLARE_STRING_FORWARDS(areaunit, ko_areaunit)
+KO_DECLARE_STRING_FORWARDS(parameter, ko_parameter)
+KO_DECLARE_STRING_FORWARDS(projection, ko_projection)
+KO_DECLARE_STRING_FORWARDS(method, ko_method)
+KO_DECLARE_STRING_FORWARDS(geogtran, ko_geogtran)
+KO_DECLARE_STRING_FORWARDS(metadata, ko_metadata)
+KO_DECLARE_STRING_FORWARDS(authority, ko_authority)
+KO_DECLARE_STRING_FORWARDS(dispname, ko_dispname)
+
 /* Type code of the outer keyword; the _u form narrows UTF-16 text (each
  * unit's low byte, up to and including the first '[', at most 4095). */
 KO_API uint32_t ko_object_string_to_object_type(const char *text);

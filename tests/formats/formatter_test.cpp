@@ -222,4 +222,34 @@ TEST(Formatter, ReadingByTypeRestrictsTheResult) {
   expect_report(err, Report{KO_SEV_ERROR, KO_ERRCAT_PARSE, 466, "PRIMEM", "PRIMEM"});
 }
 
+TEST(Formatter, PerTypeForwards) {
+  const std::string projcs =
+      std::string(R"(PROJCS["p",)") + kWgs84 +
+      R"(,PROJECTION["Transverse_Mercator"],PARAMETER["Central_Meridian",15.0],UNIT["Meter",1.0]])";
+  // A typed read takes the first node of its type.
+  ko_geogcs *g = ko_geogcs_from_string(projcs.c_str());
+  ASSERT_NE(g, nullptr);
+  ko_datum *d = ko_datum_from_string_auth(projcs.c_str(), "PostGIS");
+  ASSERT_NE(d, nullptr);
+  ko_err err;
+  EXPECT_EQ(ko_spheroid_from_string_errext("PRIMEM[\"p\",0]", &err), nullptr);
+  EXPECT_EQ(err.number, 466);
+  ko_projcs *p = ko_projcs_from_string(projcs.c_str());
+  ASSERT_NE(p, nullptr);
+
+  char buf[KO_STR_BUFFER_SIZE];
+  char general[KO_STR_BUFFER_SIZE];
+  EXPECT_EQ(ko_geogcs_to_string(g, buf), 0);
+  EXPECT_STREQ(buf, kWgs84);
+  ko_object_to_string_auth(d, "PostGIS", general);
+  EXPECT_EQ(ko_datum_to_string_auth(d, "PostGIS", buf), 0);
+  EXPECT_STREQ(buf, general);
+  ko_object_to_string_ext(p, KO_STR_EXPAND, general);
+  EXPECT_STREQ(ko_projcs_to_string_ext(p, KO_STR_EXPAND, buf), general);
+  EXPECT_EQ(ko_projcs_to_string_len(p, 0, 10, buf), static_cast<int>(projcs.size() + 1));
+  ko_geogcs_del(g);
+  ko_datum_del(d);
+  ko_projcs_del(p);
+}
+
 }  // namespace
