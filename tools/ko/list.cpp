@@ -17,8 +17,9 @@ constexpr OptionDoc kOptions[] = {
      "Keep only the objects whose area of use holds the point at longitude LON and latitude "
      "LAT, in degrees (for coordinate systems and transformations, which have one)."},
     {"-d, --deprecated",
-     "Also list the objects that the catalogue marks as deprecated, with \"(deprecated)\" "
-     "after the name."},
+     "Also list the objects that the catalogue marks as deprecated and the codes it has "
+     "replaced, with \"(deprecated)\" or \"(deprecated, replaced by CODE)\" after the "
+     "name."},
 };
 
 constexpr ExampleDoc kExamples[] = {
@@ -106,8 +107,17 @@ bool candidate_codes(uint32_t type, const ListOptions &options, std::vector<int3
   return true;
 }
 
+// A deprecated object, or a code that the catalogue has replaced (the
+// factory then builds the replacement).
 bool is_deprecated(const void *obj) {
-  return (ko_object_status(obj) & (KO_STATUS_DISCONTINUED | KO_STATUS_DEAD)) != 0;
+  return (ko_object_status(obj) &
+          (KO_STATUS_DISCONTINUED | KO_STATUS_DEAD | KO_STATUS_CODECHANGE)) != 0;
+}
+
+// "(deprecated)", or "(deprecated, replaced by EPSG:3857)".
+std::string deprecation_note(const void *obj) {
+  if ((ko_object_status(obj) & KO_STATUS_CODECHANGE) == 0) return " (deprecated)";
+  return " (deprecated, replaced by " + authority_code(obj) + ")";
 }
 
 bool parse_point(const char *text, ListOptions &options) {
@@ -170,9 +180,12 @@ int run_list(int argc, char **argv) {
     if (deprecated && !options.deprecated) continue;
     const std::string name = object_name(obj.get());
     if (!pattern.matches(name, code)) continue;
-    std::string label = authority_code(obj.get());
-    if (label.empty()) label = std::to_string(code);
-    std::printf("%-12s %s%s\n", label.c_str(), name.c_str(), deprecated ? " (deprecated)" : "");
+    // The code listed, which a replaced code's object no longer carries.
+    const char *authority = ko_header_get_auth_name(obj.get());
+    std::string label = std::to_string(code);
+    if (authority != nullptr && *authority != '\0') label = authority + (":" + label);
+    std::printf("%-12s %s%s\n", label.c_str(), name.c_str(),
+                deprecated ? deprecation_note(obj.get()).c_str() : "");
     ++listed;
   }
   if (listed == 0) complain("no %s matches", type_description(type));

@@ -706,7 +706,7 @@ void PointRun::write_block() {
 int PointRun::run(int fd) {
   LineReader reader(fd);
   Progress progress(fd);
-  header_pending_ = options_.csv;
+  header_pending_ = options_.csv && options_.header;
   if (options_.csv && !options_.header && !set_up_csv(Row{})) return kExitUsage;
   for (;;) {
     if (!read_block(reader)) return kExitUsage;
