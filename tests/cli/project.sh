@@ -142,6 +142,15 @@ echo "${lines[1]}" | awk -F';' '{ print $4, $5 }' >"$work/got"
 echo "14.42 50.09" >"$work/expected"
 numbers_agree "csv inverse values" 1e-8 "$work/got" "$work/expected"
 
+printf 'name,lon,lat,N\nPrague,14.42,50.09,old\n' >"$work/in.csv"
+run_ko "$work/in.csv" project --csv --x-column E --y-column N 32633
+expect_equal "csv output columns named: E added, N overwritten" \
+  "name,lon,lat,N,E" "$(echo "$out" | head -1)"
+# shellcheck disable=SC2046
+expect_equal "csv output columns values" \
+  "Prague,14.42,50.09,$(echo 14.42 50.09 | proj -f %.3f $(proj_string 32633) | awk '{ print $2 "," $1 }')" \
+  "$(echo "$out" | sed -n 2p)"
+
 printf '50.09,a,14.42\n' >"$work/in.csv"
 run_ko "$work/in.csv" project --csv --no-header --lon-column 3 --lat-column 1 32633
 expect_status "csv without header" 0

@@ -55,6 +55,7 @@ struct CommandDoc {
   std::string_view summary;
   std::span<const std::string_view> synopsis;
   std::string_view description;
+  std::string_view more_description;  // shared paragraphs after the description
   std::span<const OptionDoc> options;
   std::span<const OptionDoc> shared_options;  // the point input and output options
   std::span<const ExampleDoc> examples;
@@ -79,10 +80,13 @@ void print_man_page(std::FILE *out);
 // Parses a command's options with getopt_long.  "-h"/"--help" print the
 // command's help.  handle(code, argument) returns false for a value it
 // refuses (after saying why).  Unknown options and missing arguments are
-// reported with a hint to --help.
+// reported with a hint to --help.  When finished() the command is done
+// and exits with exit_status (after --help, or a usage error).
 struct ParsedOptions {
   enum Outcome { kRun, kHelpShown, kBad } outcome;
   std::vector<std::string_view> operands;
+  bool finished() const { return outcome != kRun; }
+  int exit_status() const { return outcome == kBad ? kExitUsage : kExitOk; }
 };
 using OptionHandler = std::function<bool(int code, const char *argument)>;
 ParsedOptions parse_options(int argc, char **argv, const CommandDoc &doc,

@@ -197,6 +197,10 @@ void print_command_help(const CommandDoc &doc, std::FILE *out) {
     std::fprintf(out, "    %.*s\n", static_cast<int>(line.size()), line.data());
   heading(out, "DESCRIPTION");
   text_block(out, doc.description, "    ");
+  if (!doc.more_description.empty()) {
+    std::fputc('\n', out);
+    text_block(out, doc.more_description, "    ");
+  }
   if (!doc.options.empty() || !doc.shared_options.empty()) {
     heading(out, "OPTIONS");
     option_block(out, doc.options);
@@ -259,6 +263,7 @@ void print_man_page(std::FILE *out) {
     for (std::string_view line : doc.synopsis) troff_line(out, line);
     std::fputs(".fi\n", out);
     troff_block(out, doc.description);
+    troff_block(out, doc.more_description);
     if (!doc.options.empty() || !doc.shared_options.empty()) {
       std::fputs(".PP\nOptions:\n", out);
       troff_options(out, doc.options);

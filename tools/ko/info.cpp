@@ -131,26 +131,36 @@ std::string status_text(const void *obj) {
   return text.empty() ? "built by the caller" : text;
 }
 
-ko_metadata *area_of_use(const void *obj) {
-  ko_metadata **areas = nullptr;
-  switch (ko_object_type(obj)) {
-    case KO_TYPE_PROJCS: areas = ko_projcs_metadata_vector(static_cast<const ko_projcs *>(obj)); break;
-    case KO_TYPE_GEOGCS: areas = ko_geogcs_metadata_vector(static_cast<const ko_geogcs *>(obj)); break;
-    case KO_TYPE_GEOGTRAN:
-      areas = ko_geogtran_metadata_vector(static_cast<const ko_geogtran *>(obj));
-      break;
-    case KO_TYPE_VERTCS: areas = ko_vertcs_metadata_vector(static_cast<const ko_vertcs *>(obj)); break;
-    case KO_TYPE_GXYZCS: areas = ko_gxyzcs_metadata_vector(static_cast<const ko_gxyzcs *>(obj)); break;
-    case KO_TYPE_HVCOORDSYS:
-      areas = ko_hvcoordsys_metadata_vector(static_cast<const ko_hvcoordsys *>(obj));
-      break;
-    case KO_TYPE_VERTTRAN:
-      areas = ko_verttran_metadata_vector(static_cast<const ko_verttran *>(obj));
-      break;
-    case KO_TYPE_METADATA: return static_cast<ko_metadata *>(const_cast<void *>(obj));
-    default: break;
+// The metadata vector of each type that has areas of use.
+template <class T, ko_metadata **(*Areas)(const T *)>
+ko_metadata **areas_of(const void *obj) {
+  return Areas(static_cast<const T *>(obj));
+}
+
+struct AreaGetter {
+  uint32_t type;
+  ko_metadata **(*areas)(const void *obj);
+};
+constexpr AreaGetter kAreaGetters[] = {
+    {KO_TYPE_PROJCS, areas_of<ko_projcs, ko_projcs_metadata_vector>},
+    {KO_TYPE_GEOGCS, areas_of<ko_geogcs, ko_geogcs_metadata_vector>},
+    {KO_TYPE_GEOGTRAN, areas_of<ko_geogtran, ko_geogtran_metadata_vector>},
+    {KO_TYPE_VERTCS, areas_of<ko_vertcs, ko_vertcs_metadata_vector>},
+    {KO_TYPE_GXYZCS, areas_of<ko_gxyzcs, ko_gxyzcs_metadata_vector>},
+    {KO_TYPE_HVCOORDSYS, areas_of<ko_hvcoordsys, ko_hvcoordsys_metadata_vector>},
+    {KO_TYPE_VERTTRAN, areas_of<ko_verttran, ko_verttran_metadata_vector>},
+};
+
+// The first area of use; an area of use is its own.
+const ko_metadata *area_of_use(const void *obj) {
+  const uint32_t type = ko_object_type(obj);
+  if (type == KO_TYPE_METADATA) return static_cast<const ko_metadata *>(obj);
+  for (const AreaGetter &getter : kAreaGetters) {
+    if (getter.type != type) continue;
+    ko_metadata **areas = getter.areas(obj);
+    return areas != nullptr ? areas[0] : nullptr;
   }
-  return areas != nullptr ? areas[0] : nullptr;
+  return nullptr;
 }
 
 void print_area(const void *obj) {
@@ -189,42 +199,51 @@ std::string projection_text(const ko_projection *projection) {
   return text;
 }
 
+void print_projcs_parts(const void *obj) {
+  const auto *pcs = static_cast<const ko_projcs *>(obj);
+  line("geographic system:", named_with_code(ko_projcs_geogcs(pcs)));
+  line("projection:", projection_text(ko_projcs_projection(pcs)));
+  line("unit:", object_name(ko_projcs_unit(pcs)));
+}
+
+void print_geogcs_parts(const void *obj) {
+  const auto *gcs = static_cast<const ko_geogcs *>(obj);
+  const ko_datum *datum = ko_geogcs_datum(gcs);
+  const ko_spheroid *spheroid = ko_datum_spheroid(datum);
+  line("datum:", named_with_code(datum));
+  const double f = ko_spheroid_flattening(spheroid);
+  line("spheroid:", named_with_code(spheroid) + ", a = " + number_text(ko_spheroid_axis(spheroid)) +
+                        " m, 1/f = " +
+                        (f > 0.0 ? number_text(1.0 / f) : std::string("0 (sphere)")));
+  const ko_primem *primem = ko_geogcs_primem(gcs);
+  line("prime meridian:",
+       object_name(primem) + " (" + number_text(ko_primem_longitude(primem)) + " degrees)");
+  line("unit:", object_name(ko_geogcs_unit(gcs)));
+}
+
+void print_geogtran_parts(const void *obj) {
+  const auto *gt = static_cast<const ko_geogtran *>(obj);
+  line("from:", named_with_code(ko_geogtran_geogcs1(gt)));
+  line("to:", named_with_code(ko_geogtran_geogcs2(gt)));
+  line("method:", named_with_code(ko_geogtran_method(gt)));
+  const double accuracy = ko_geogtran_accuracy(gt);
+  line("accuracy:", accuracy >= 999.0 ? std::string("unknown") : number_text(accuracy) + " m");
+}
+
+// The parts that the summary shows, by type.
+struct PartsPrinter {
+  uint32_t type;
+  void (*print)(const void *obj);
+};
+constexpr PartsPrinter kPartsPrinters[] = {
+    {KO_TYPE_PROJCS, print_projcs_parts},
+    {KO_TYPE_GEOGCS, print_geogcs_parts},
+    {KO_TYPE_GEOGTRAN, print_geogtran_parts},
+};
+
 void print_parts(const void *obj) {
-  switch (ko_object_type(obj)) {
-    case KO_TYPE_PROJCS: {
-      const auto *pcs = static_cast<const ko_projcs *>(obj);
-      line("geographic system:", named_with_code(ko_projcs_geogcs(pcs)));
-      line("projection:", projection_text(ko_projcs_projection(pcs)));
-      line("unit:", object_name(ko_projcs_unit(pcs)));
-      break;
-    }
-    case KO_TYPE_GEOGCS: {
-      const auto *gcs = static_cast<const ko_geogcs *>(obj);
-      const ko_datum *datum = ko_geogcs_datum(gcs);
-      const ko_spheroid *spheroid = ko_datum_spheroid(datum);
-      line("datum:", named_with_code(datum));
-      const double f = ko_spheroid_flattening(spheroid);
-      line("spheroid:", named_with_code(spheroid) + ", a = " +
-                            number_text(ko_spheroid_axis(spheroid)) + " m, 1/f = " +
-                            (f > 0.0 ? number_text(1.0 / f) : std::string("0 (sphere)")));
-      const ko_primem *primem = ko_geogcs_primem(gcs);
-      line("prime meridian:",
-           object_name(primem) + " (" + number_text(ko_primem_longitude(primem)) + " degrees)");
-      line("unit:", object_name(ko_geogcs_unit(gcs)));
-      break;
-    }
-    case KO_TYPE_GEOGTRAN: {
-      const auto *gt = static_cast<const ko_geogtran *>(obj);
-      line("from:", named_with_code(ko_geogtran_geogcs1(gt)));
-      line("to:", named_with_code(ko_geogtran_geogcs2(gt)));
-      line("method:", named_with_code(ko_geogtran_method(gt)));
-      const double accuracy = ko_geogtran_accuracy(gt);
-      line("accuracy:", accuracy >= 999.0 ? std::string("unknown")
-                                          : number_text(accuracy) + " m");
-      break;
-    }
-    default: break;
-  }
+  for (const PartsPrinter &printer : kPartsPrinters)
+    if (printer.type == ko_object_type(obj)) printer.print(obj);
 }
 
 void print_summary(const void *obj) {
@@ -271,16 +290,15 @@ bool take_option(int code, const char *argument, InfoOptions &options) {
 
 const CommandDoc kInfoDoc = {
     "info", "describe a coordinate system, datum, transformation or other object",
-    kSynopsis, kDescription, kOptions, {}, kExamples, kExitStatus,
+    kSynopsis, kDescription, {}, kOptions, {}, kExamples, kExitStatus,
 };
 
 int run_info(int argc, char **argv) {
   InfoOptions options;
-  const ParsedOptions parsed =
-      parse_options(argc, argv, kInfoDoc, kLongOptions, "t:cf:a:q",
-                    [&](int code, const char *argument) { return take_option(code, argument, options); });
-  if (parsed.outcome == ParsedOptions::kHelpShown) return kExitOk;
-  if (parsed.outcome == ParsedOptions::kBad) return kExitUsage;
+  const ParsedOptions parsed = parse_options(
+      argc, argv, kInfoDoc, kLongOptions, "t:cf:a:q",
+      [&](int code, const char *argument) { return take_option(code, argument, options); });
+  if (parsed.finished()) return parsed.exit_status();
   if (parsed.operands.size() != 1)
     return usage_error(kInfoDoc, "expects one object (a code, name, WKT or file)");
 

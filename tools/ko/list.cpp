@@ -151,16 +151,15 @@ bool take_option(int code, const char *argument, ListOptions &options) {
 
 const CommandDoc kListDoc = {
     "list", "list the catalogue's objects of one type by name pattern and area of use",
-    kSynopsis, kDescription, kOptions, {}, kExamples, kExitStatus,
+    kSynopsis, kDescription, {}, kOptions, {}, kExamples, kExitStatus,
 };
 
 int run_list(int argc, char **argv) {
   ListOptions options;
-  const ParsedOptions parsed =
-      parse_options(argc, argv, kListDoc, kLongOptions, "a:d",
-                    [&](int code, const char *argument) { return take_option(code, argument, options); });
-  if (parsed.outcome == ParsedOptions::kHelpShown) return kExitOk;
-  if (parsed.outcome == ParsedOptions::kBad) return kExitUsage;
+  const ParsedOptions parsed = parse_options(
+      argc, argv, kListDoc, kLongOptions, "a:d",
+      [&](int code, const char *argument) { return take_option(code, argument, options); });
+  if (parsed.finished()) return parsed.exit_status();
   if (parsed.operands.empty() || parsed.operands.size() > 2)
     return usage_error(kListDoc, "expects a type and at most one pattern");
 

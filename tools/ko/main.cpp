@@ -25,7 +25,7 @@ constexpr OptionDoc kHelpOptions[] = {
 
 const CommandDoc kVersionDoc = {
     "version", "print the library version", kVersionSynopsis,
-    "Writes \"ko\" and the version of the ko library that the tool runs with.", {}, {}, {},
+    "Writes \"ko\" and the version of the ko library that the tool runs with.", {}, {}, {}, {},
     "0.",
 };
 
@@ -33,7 +33,7 @@ const CommandDoc kErrorDoc = {
     "error", "print the message text of a library error number", kErrorSynopsis,
     "Writes \"NUMBER: text\" with the text of the library's error NUMBER in the current "
     "language (see KOLANG), or the number itself when the library has no text for it.",
-    {}, {}, kErrorExamples,
+    {}, {}, {}, kErrorExamples,
     "0 when NUMBER is a number; 2 otherwise.",
 };
 
@@ -41,14 +41,14 @@ const CommandDoc kHelpDoc = {
     "help", "print the manual of the tool or of one command", kHelpSynopsis,
     "Writes the manual of COMMAND, as \"ko COMMAND --help\" does, or without COMMAND the "
     "overview of the tool.",
-    kHelpOptions, {}, {},
+    {}, kHelpOptions, {}, {},
     "0; 2 for an unknown command.",
 };
 
 int run_version(int argc, char **argv) {
   const ParsedOptions parsed =
       parse_options(argc, argv, kVersionDoc, {}, "", [](int, const char *) { return false; });
-  if (parsed.outcome != ParsedOptions::kRun) return parsed.outcome == ParsedOptions::kBad ? kExitUsage : kExitOk;
+  if (parsed.finished()) return parsed.exit_status();
   if (!parsed.operands.empty()) return usage_error(kVersionDoc, "takes no arguments");
   std::printf("ko %s\n", ko_version());
   return kExitOk;
@@ -70,7 +70,7 @@ int run_error(int argc, char **argv) {
   }
   const ParsedOptions parsed =
       parse_options(argc, argv, kErrorDoc, {}, "", [](int, const char *) { return false; });
-  if (parsed.outcome == ParsedOptions::kHelpShown) return kExitOk;
+  if (parsed.finished()) return parsed.exit_status();
   return usage_error(kErrorDoc, "expects one error number");
 }
 
@@ -89,8 +89,7 @@ int run_help(int argc, char **argv) {
         man = code == 'm';
         return man;
       });
-  if (parsed.outcome == ParsedOptions::kHelpShown) return kExitOk;
-  if (parsed.outcome == ParsedOptions::kBad) return kExitUsage;
+  if (parsed.finished()) return parsed.exit_status();
   if (parsed.operands.size() > 1) return usage_error(kHelpDoc, "expects at most one command");
   if (man) {
     print_man_page(stdout);
@@ -140,6 +139,9 @@ int main(int argc, char **argv) {
     return kExitUsage;
   }
   const int status = command->run(argc - 1, argv + 1);
-  if (std::fflush(stdout) != 0) return kExitUsage;
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    complain("cannot write the output");
+    return kExitUsage;
+  }
   return status;
 }

@@ -331,27 +331,20 @@ int find_header(const std::vector<std::string_view> &header, std::string_view na
   return -1;
 }
 
-// The column of a role: a number, a header name, or the first default
-// name found.  -1 when not found; -2 after reporting a bad option.
-int find_column(const ColumnRole &role, const std::vector<std::string_view> &header,
-                bool has_header) {
+// The column that a role's option names (a 1-based number or a header
+// name) or, without the option, the first of the usual names in the header.
+std::optional<int> lookup_column(const ColumnRole &role,
+                                 const std::vector<std::string_view> &header) {
   const std::string &named = *role.option;
   if (!named.empty()) {
     long number = 0;
     if (parse_integer(named, 1, 1000000, number)) return static_cast<int>(number - 1);
-    if (!has_header) {
-      complain("%s %s: without a header, columns are named by number", role.flag,
-               named.c_str());
-      return -2;
-    }
     const int found = find_header(header, named);
-    if (found < 0) complain("%s %s: the header has no such column", role.flag, named.c_str());
-    return found < 0 ? -2 : found;
+    return found >= 0 ? std::optional<int>(found) : std::nullopt;
   }
-  if (!has_header) return -1;
   for (std::string_view name : role.defaults)
-    if (int found = find_header(header, name); found >= 0) return found;
-  return -1;
+    if (const int found = find_header(header, name); found >= 0) return found;
+  return std::nullopt;
 }
 
 std::string list_names(std::span<const std::string_view> names) {
@@ -363,13 +356,27 @@ std::string list_names(std::span<const std::string_view> names) {
   return out;
 }
 
-// An input column that must exist: without a header, 1 and 2 by default.
+// An input column.  Without a header and without the option it is
+// `fallback` (-1: none).  A column that must be there and is not, or one
+// named and not found, is reported.
 bool input_column(const ColumnRole &role, const std::vector<std::string_view> &header,
-                  bool has_header, int fallback, int &column) {
-  column = find_column(role, header, has_header);
-  if (column == -2) return false;
-  if (column == -1 && !has_header) column = fallback;
-  if (column == -1) {
+                  bool has_header, int fallback, bool required, int &column) {
+  if (const std::optional<int> found = lookup_column(role, header)) {
+    column = *found;
+    return true;
+  }
+  column = -1;
+  const std::string &named = *role.option;
+  if (!named.empty()) {
+    if (has_header)
+      complain("%s %s: the CSV header has no such column", role.flag, named.c_str());
+    else
+      complain("%s %s: without a header, columns are named by number", role.flag,
+               named.c_str());
+    return false;
+  }
+  if (!has_header) column = fallback;
+  if (column == -1 && required) {
     complain("the CSV header has no column called %s; name it with %s",
              list_names(role.defaults).c_str(), role.flag);
     return false;
@@ -377,16 +384,17 @@ bool input_column(const ColumnRole &role, const std::vector<std::string_view> &h
   return true;
 }
 
-// An output column: the one named or found, else a new one at the end.
-bool output_column(const ColumnRole &role, const std::vector<std::string_view> &header,
-                   bool has_header, CsvColumns &columns, int &column) {
-  column = find_column(role, header, has_header);
-  if (column == -2) return false;
-  if (column == -1) {
-    columns.appended.emplace_back(role.option->empty() ? std::string(role.defaults.front())
-                                                       : *role.option);
+// An output column: the one named or found, else a new one at the end of
+// each row, called by the option or by the first usual name.
+void output_column(const ColumnRole &role, const std::vector<std::string_view> &header,
+                   CsvColumns &columns, int &column) {
+  if (const std::optional<int> found = lookup_column(role, header)) {
+    column = *found;
+    return;
   }
-  return true;
+  column = -1;
+  columns.appended.emplace_back(role.option->empty() ? std::string(role.defaults.front())
+                                                     : *role.option);
 }
 
 // ---- The run -----------------------------------------------------------------
@@ -549,16 +557,14 @@ bool PointRun::set_up_csv(const Row &header_row) {
 
   CsvColumns &c = columns_;
   c.header_size = header.size();
-  if (!input_column(in_x, header, has_header, 0, c.in_x) ||
-      !input_column(in_y, header, has_header, 1, c.in_y) ||
-      !output_column(out_x, header, has_header, c, c.out_x) ||
-      !output_column(out_y, header, has_header, c, c.out_y))
+  if (!input_column(in_x, header, has_header, 0, true, c.in_x) ||
+      !input_column(in_y, header, has_header, 1, true, c.in_y))
     return false;
-  if (options_.read_heights) {
-    c.in_z = find_column(z, header, has_header);
-    if (c.in_z == -2) return false;
-    c.out_z = c.in_z;  // heights are written back where they were read
-  }
+  if (options_.read_heights && !input_column(z, header, has_header, -1, false, c.in_z))
+    return false;
+  c.out_z = c.in_z;  // heights are written back where they were read
+  output_column(out_x, header, c, c.out_x);
+  output_column(out_y, header, c, c.out_y);
   // Appended columns follow the header (or each row, without one).
   int next = static_cast<int>(c.header_size);
   for (int *column : {&c.out_x, &c.out_y})
@@ -734,7 +740,11 @@ int PointRun::run(int fd) {
 }  // namespace
 
 std::span<const OptionDoc> point_option_docs() { return kPointOptionDocs; }
-std::span<const option> point_long_options() { return kPointLongOptions; }
+std::vector<option> with_point_options(std::initializer_list<option> own) {
+  std::vector<option> table(own);
+  table.insert(table.end(), std::begin(kPointLongOptions), std::end(kPointLongOptions));
+  return table;
+}
 
 OptionResult take_point_option(const CommandDoc &doc, int code, const char *argument,
                                PointsOptions &options) {
@@ -771,6 +781,15 @@ OptionResult take_point_option(const CommandDoc &doc, int code, const char *argu
     }
     default: return OptionResult::kNotMine;
   }
+}
+
+bool take_input_operand(const CommandDoc &doc, std::string_view file, PointsOptions &options) {
+  if (!options.input_path.empty()) {
+    usage_error(doc, "give the input either as FILE or with --input");
+    return false;
+  }
+  options.input_path = file;
+  return true;
 }
 
 int convert_points(const PointsOptions &options, const Converter &convert) {

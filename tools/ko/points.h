@@ -7,8 +7,10 @@
 #include "cli.h"
 
 #include <cstdint>
+#include <initializer_list>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace ko::cli {
 
@@ -66,8 +68,11 @@ int convert_points(const PointsOptions &options, const Converter &convert);
 // their handling.
 inline constexpr int kPointOptionBase = 1000;
 std::span<const OptionDoc> point_option_docs();
-std::span<const option> point_long_options();
+// A command's own getopt_long rows followed by those of the shared options.
+std::vector<option> with_point_options(std::initializer_list<option> own);
 enum class OptionResult { kNotMine, kTaken, kRefused };
+// The FILE operand; false after a usage error when --input named one too.
+bool take_input_operand(const CommandDoc &doc, std::string_view file, PointsOptions &options);
 OptionResult take_point_option(const CommandDoc &doc, int code, const char *argument,
                                PointsOptions &options);
 

@@ -34,8 +34,7 @@ constexpr std::string_view kDescription =
     "--input or from standard input. Longitudes and latitudes are in the angular unit of "
     "the projected system's geographic system and relative to its prime meridian; x and y "
     "are in the projected system's linear unit, false easting and northing included. A "
-    "latitude beyond the poles is reported, not clamped.\n"
-    "\n";
+    "latitude beyond the poles is reported, not clamped.";
 
 constexpr std::string_view kExitStatus =
     "0 when every point was converted; 1 when some lines could not be read or converted "
@@ -45,30 +44,19 @@ constexpr std::string_view kExitStatus =
 
 enum ProjectOption { kInverse = 'I' };
 
-std::vector<option> long_options() {
-  std::vector<option> table = {{"inverse", no_argument, nullptr, kInverse}};
-  for (const option &row : point_long_options()) table.push_back(row);
-  return table;
-}
-
-// The text of the manual: the description and the shared input and output
-// paragraphs.
-const std::string &description() {
-  static const std::string text = std::string(kDescription) + std::string(kPointsFormatText);
-  return text;
-}
-
 }  // namespace
 
 const CommandDoc kProjectDoc = {
     "project", "project points between longitude/latitude and a projected system",
-    kSynopsis, description(), kOptions, point_option_docs(), kExamples, kExitStatus,
+    kSynopsis, kDescription, kPointsFormatText, kOptions, point_option_docs(), kExamples,
+    kExitStatus,
 };
 
 int run_project(int argc, char **argv) {
   PointsOptions options;
   bool inverse = false;
-  const std::vector<option> table = long_options();
+  const std::vector<option> table =
+      with_point_options({{"inverse", no_argument, nullptr, kInverse}});
   const ParsedOptions parsed = parse_options(
       argc, argv, kProjectDoc, table, "Ip:", [&](int code, const char *argument) {
         if (code == kInverse) {
@@ -77,15 +65,11 @@ int run_project(int argc, char **argv) {
         }
         return take_point_option(kProjectDoc, code, argument, options) == OptionResult::kTaken;
       });
-  if (parsed.outcome == ParsedOptions::kHelpShown) return kExitOk;
-  if (parsed.outcome == ParsedOptions::kBad) return kExitUsage;
+  if (parsed.finished()) return parsed.exit_status();
   if (parsed.operands.empty() || parsed.operands.size() > 2)
     return usage_error(kProjectDoc, "expects a projected system and at most one input file");
-  if (parsed.operands.size() == 2) {
-    if (!options.input_path.empty())
-      return usage_error(kProjectDoc, "give the input either as FILE or with --input");
-    options.input_path = parsed.operands[1];
-  }
+  if (parsed.operands.size() == 2 && !take_input_operand(kProjectDoc, parsed.operands[1], options))
+    return kExitUsage;
 
   constexpr uint32_t kTypes[] = {KO_TYPE_PROJCS};
   Object<void> obj = load_object(parsed.operands[0], kTypes, nullptr);

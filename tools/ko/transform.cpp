@@ -67,8 +67,7 @@ constexpr std::string_view kDescription =
     "after the point unchanged, unless both systems are three-dimensional (have an "
     "ellipsoidal height axis): then the height converted to the output datum is written. "
     "A point that a transformation cannot convert (outside its grid, for instance) is "
-    "reported like a line that cannot be read.\n"
-    "\n";
+    "reported like a line that cannot be read.";
 
 constexpr std::string_view kExitStatus =
     "0 when every point was converted; 1 when some lines could not be read or converted "
@@ -261,7 +260,8 @@ bool Transformer::choose(double lon, double lat) {
   const int32_t code1 = search_code(from_.gcs);
   const int32_t code2 = search_code(to_.gcs);
   ko_err err{};
-  best_.reset(ko_factory_gtlist_best(code1, code2, lon / kDegree, lat / kDegree, &err));
+  const double lon_degrees = ko_delta(lon) / kDegree;
+  best_.reset(ko_factory_gtlist_best(code1, code2, lon_degrees, lat / kDegree, &err));
   if (!best_) {
     report(err);
     complain("no transformation from %s to %s at the first point; name one with --via",
@@ -346,27 +346,12 @@ bool Transformer::operator()(PointBlock &block) {
   return true;
 }
 
-std::vector<option> long_options() {
-  std::vector<option> table = {
-      {"from", required_argument, nullptr, kFrom},
-      {"to", required_argument, nullptr, kTo},
-      {"via", required_argument, nullptr, kVia},
-      {"height-column", required_argument, nullptr, kHeightColumn},
-  };
-  for (const option &row : point_long_options()) table.push_back(row);
-  return table;
-}
-
-const std::string &description() {
-  static const std::string text = std::string(kDescription) + std::string(kPointsFormatText);
-  return text;
-}
-
 }  // namespace
 
 const CommandDoc kTransformDoc = {
     "transform", "convert points between two geographic or projected systems",
-    kSynopsis, description(), kOptions, point_option_docs(), kExamples, kExitStatus,
+    kSynopsis, kDescription, kPointsFormatText, kOptions, point_option_docs(), kExamples,
+    kExitStatus,
 };
 
 int run_transform(int argc, char **argv) {
@@ -375,7 +360,12 @@ int run_transform(int argc, char **argv) {
   std::string_view from_name;
   std::string_view to_name;
   std::vector<std::string_view> via_names;
-  const std::vector<option> table = long_options();
+  const std::vector<option> table = with_point_options({
+      {"from", required_argument, nullptr, kFrom},
+      {"to", required_argument, nullptr, kTo},
+      {"via", required_argument, nullptr, kVia},
+      {"height-column", required_argument, nullptr, kHeightColumn},
+  });
   const ParsedOptions parsed = parse_options(
       argc, argv, kTransformDoc, table, "f:t:p:", [&](int code, const char *argument) {
         switch (code) {
@@ -388,17 +378,14 @@ int run_transform(int argc, char **argv) {
                    OptionResult::kTaken;
         }
       });
-  if (parsed.outcome == ParsedOptions::kHelpShown) return kExitOk;
-  if (parsed.outcome == ParsedOptions::kBad) return kExitUsage;
+  if (parsed.finished()) return parsed.exit_status();
   if (from_name.empty() || to_name.empty())
     return usage_error(kTransformDoc, "needs both --from and --to");
   if (parsed.operands.size() > 1)
     return usage_error(kTransformDoc, "expects at most one input file");
-  if (parsed.operands.size() == 1) {
-    if (!options.input_path.empty())
-      return usage_error(kTransformDoc, "give the input either as FILE or with --input");
-    options.input_path = parsed.operands[0];
-  }
+  if (parsed.operands.size() == 1 &&
+      !take_input_operand(kTransformDoc, parsed.operands[0], options))
+    return kExitUsage;
 
   End from;
   End to;
