@@ -52,17 +52,18 @@ void walk_merged(std::array<Cursor, N> &cursors, Visit visit) {
 constexpr std::size_t kMaxMembers = 3;
 
 // Cursors over one table kind of each member of a type (data tables, or
-// areacode tables); false when the type is unknown.
+// areacode tables); false when no member has such a table.
 bool member_cursors(uint32_t type, bool areas, std::array<Cursor, kMaxMembers> &cursors) {
   std::span<const uint32_t> members = members_of(type);
-  if (members.empty()) return false;
+  bool any = false;
   for (std::size_t i = 0; i < members.size() && i < kMaxMembers; ++i) {
     const ko_db_builtin_entry *row = ko::catalog::row_of(members[i]);
     if (row == nullptr) continue;
     cursors[i].tbl = areas ? row->areacode : row->data;
     cursors[i].code_offset = areas ? offsetof(ko_db_areacode_rec, code) : kDataCodeOffset;
+    any = any || cursors[i].tbl != nullptr;
   }
-  return true;
+  return any;
 }
 
 ko_gcs_extent box_of(const ko_db_extent_rec &rec) {
