@@ -271,6 +271,13 @@ constexpr Dispatch kDispatch[] = {
     KO_DISPATCH(projcs, KO_TYPE_PROJCS),
     KO_DISPATCH(method, KO_TYPE_METHOD),
     KO_DISPATCH(geogtran, KO_TYPE_GEOGTRAN),
+    KO_DISPATCH(vdatum, KO_TYPE_VDATUM),
+    KO_DISPATCH(vertcs, KO_TYPE_VERTCS),
+    KO_DISPATCH(gxyzcs, KO_TYPE_GXYZCS),
+    KO_DISPATCH(hvcoordsys, KO_TYPE_HVCOORDSYS),
+    KO_DISPATCH(htmethod, KO_TYPE_HTMETHOD),
+    KO_DISPATCH(vtmethod, KO_TYPE_VTMETHOD),
+    KO_DISPATCH(verttran, KO_TYPE_VERTTRAN),
     KO_DISPATCH(extent, KO_TYPE_EXTENT),
 };
 

@@ -2244,6 +2244,21 @@ KO_DECLARE_FACTORY(method, ko_method)
  * parameter "Dataset_<file>"), accuracy, EPSG's remarks as remark, the
  * record's version as operation version and its area of use as metadata. */
 KO_DECLARE_FACTORY(geogtran, ko_geogtran)
+KO_DECLARE_FACTORY(vdatum, ko_vdatum)
+/* With its Vertical_Shift (0) and Direction (1 heights, -1 depths)
+ * parameters. */
+KO_DECLARE_FACTORY(vertcs, ko_vertcs)
+KO_DECLARE_FACTORY(gxyzcs, ko_gxyzcs)
+KO_DECLARE_FACTORY(hvcoordsys, ko_hvcoordsys)
+KO_DECLARE_FACTORY(htmethod, ko_htmethod)
+KO_DECLARE_FACTORY(vtmethod, ko_vtmethod)
+/* A geographic 3D system at either end stands for its ellipsoidal heights:
+ * a vertical system on its datum in "Meter", named and coded as the
+ * geographic system.  A grid's geographic system, when the record names
+ * one, is the horizontal system (ko_verttran_coordsys).  Offsets are in "Meter" (unitless, the base unit),
+ * inclinations in "Arcsecond", the evaluation point in "Degree"; a grid is
+ * the parameter "Dataset_<file>". */
+KO_DECLARE_FACTORY(verttran, ko_verttran)
 
 /* An area of use as a metadata object: the area's name (cut to 79 bytes),
  * its longitude/latitude box and its code as area code and object code.
