@@ -115,12 +115,35 @@ ko_metadata *extent_by_name(const char *name, ko_err *err) {
   return nullptr;
 }
 
-bool area_contains(int32_t area, double lon, double lat) {
-  const ko_db_extent_rec *rec = extent_record(area);
-  if (rec == nullptr) return false;
-  ko_gcs_extent box = box_of(*rec);
-  return ko_gcs_extent_contains(&box, lon, lat) != 0;
-}
+// Which areas of use hold a point, flagged by area code in one pass over
+// the areas, so that each object's area is then a look-up, not a search.
+class AreasHolding {
+ public:
+  AreasHolding(double lon, double lat) {
+    auto recs = extent_records();
+    if (recs.empty()) return;
+    first_ = recs.front().code;
+    span_ = static_cast<std::size_t>(recs.back().code - first_) + 1;
+    flags_.reset(ko::alloc_array<uint8_t>(span_, "ko_factory areas"));
+    if (flags_ == nullptr) return;
+    for (const ko_db_extent_rec &rec : recs) {
+      ko_gcs_extent box = box_of(rec);
+      flags_.get()[static_cast<std::size_t>(rec.code - first_)] =
+          ko_gcs_extent_contains(&box, lon, lat) != 0 ? 1 : 0;
+    }
+  }
+  bool ready() const { return flags_ != nullptr; }
+  bool holds(int32_t area) const {
+    if (area < first_) return false;
+    auto at = static_cast<std::size_t>(area - first_);
+    return at < span_ && flags_.get()[at] != 0;
+  }
+
+ private:
+  ko::Owned<uint8_t> flags_;
+  int32_t first_ = 0;
+  std::size_t span_ = 0;
+};
 
 }  // namespace
 
@@ -196,14 +219,15 @@ int codes_in_extent(uint32_t type, double lon, double lat, int32_t *out, int max
     return -1;
   std::array<Cursor, kMaxMembers> cursors;
   if (!member_cursors(type, true, cursors)) return -1;
-  lon = std::remainder(lon, 360.0);
+  AreasHolding areas(std::remainder(lon, 360.0), lat);
+  if (!areas.ready()) return -1;
   int found = 0;
   int32_t last = 0;
   walk_merged(cursors, [&](const Cursor &c) {
     int32_t code = c.code();
     if (code == last) return true;
     const auto *area = reinterpret_cast<const ko_db_areacode_rec *>(c.record());
-    if (area_contains(area->area, lon, lat)) {
+    if (areas.holds(area->area)) {
       if (found < max) out[found] = code;
       ++found;
       last = code;

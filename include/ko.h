@@ -2280,7 +2280,8 @@ KO_API void *ko_factory_object_from_name(uint32_t type, const char *name, ko_err
  * objects whose area of use holds the point (degrees; longitudes are taken
  * modulo 360), deprecated ones included; at most max are written to out,
  * and the result is how many there are, or -1 for a type without areas of
- * use, a non-finite point, max below 0 or a null out with max above 0. */
+ * use, a non-finite point, max below 0, a null out with max above 0, or
+ * when memory runs out. */
 KO_API int ko_factory_count(uint32_t type);
 KO_API int32_t ko_factory_code_at(uint32_t type, int index);
 KO_API int ko_factory_codes_in_extent(uint32_t type, double lon, double lat, int32_t *out,

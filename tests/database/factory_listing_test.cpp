@@ -3,6 +3,7 @@
 // transformation candidates between two systems and the composite built
 // from the best usable one.
 #include "database/factory_support.h"
+#include "support/failing_alloc.h"
 
 #include <algorithm>
 #include <cmath>
@@ -138,6 +139,12 @@ TEST(FactoryListing, CodesInExtentRefusesBadArguments) {
   EXPECT_EQ(ko_factory_codes_in_extent(KO_TYPE_PROJCS, 2.35, 48.85, out, 4), all);
   std::vector<int32_t> full = factory_at(KO_TYPE_PROJCS, 2.35, 48.85);
   EXPECT_TRUE(std::equal(out, out + 4, full.begin()));
+  // The search flags the areas holding the point in memory of its own.
+  ASSERT_TRUE(ko::test::installed());
+  ko::test::fail_after(0);
+  int starved = ko_factory_codes_in_extent(KO_TYPE_PROJCS, 2.35, 48.85, out, 4);
+  ko::test::never_fail();
+  EXPECT_EQ(starved, -1);
 }
 
 // EPSG's live transformations between two systems whose area holds the
