@@ -41,6 +41,13 @@ constexpr Kind kKinds[] = {
     {KO_TYPE_PROJCS, build_projcs, nullptr, nullptr},
     {KO_TYPE_METHOD, build_method, nullptr, description_display},
     {KO_TYPE_GEOGTRAN, build_geogtran, nullptr, nullptr},
+    {KO_TYPE_VDATUM, build_vdatum, nullptr, nullptr},
+    {KO_TYPE_VERTCS, build_vertcs, nullptr, nullptr},
+    {KO_TYPE_GXYZCS, build_gxyzcs, nullptr, nullptr},
+    {KO_TYPE_HVCOORDSYS, build_hvcoordsys, nullptr, nullptr},
+    {KO_TYPE_HTMETHOD, build_htmethod, nullptr, description_display},
+    {KO_TYPE_VTMETHOD, build_vtmethod, nullptr, description_display},
+    {KO_TYPE_VERTTRAN, build_verttran, nullptr, nullptr},
 };
 
 // A type as callers name it: the number reported for a code it does not

@@ -60,6 +60,13 @@ void *build_parameter(const Found &found, Context &ctx);
 void *build_projcs(const Found &found, Context &ctx);
 void *build_method(const Found &found, Context &ctx);
 void *build_geogtran(const Found &found, Context &ctx);
+void *build_vdatum(const Found &found, Context &ctx);
+void *build_vertcs(const Found &found, Context &ctx);
+void *build_gxyzcs(const Found &found, Context &ctx);
+void *build_hvcoordsys(const Found &found, Context &ctx);
+void *build_htmethod(const Found &found, Context &ctx);
+void *build_vtmethod(const Found &found, Context &ctx);
+void *build_verttran(const Found &found, Context &ctx);
 
 // A part of a record (a system's datum, unit, projection ...): the object
 // of exactly this code, without following code changes, with its own

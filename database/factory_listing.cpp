@@ -52,17 +52,18 @@ void walk_merged(std::array<Cursor, N> &cursors, Visit visit) {
 constexpr std::size_t kMaxMembers = 3;
 
 // Cursors over one table kind of each member of a type (data tables, or
-// areacode tables); false when the type is unknown.
+// areacode tables); false when no member has such a table.
 bool member_cursors(uint32_t type, bool areas, std::array<Cursor, kMaxMembers> &cursors) {
   std::span<const uint32_t> members = members_of(type);
-  if (members.empty()) return false;
+  bool any = false;
   for (std::size_t i = 0; i < members.size() && i < kMaxMembers; ++i) {
     const ko_db_builtin_entry *row = ko::catalog::row_of(members[i]);
     if (row == nullptr) continue;
     cursors[i].tbl = areas ? row->areacode : row->data;
     cursors[i].code_offset = areas ? offsetof(ko_db_areacode_rec, code) : kDataCodeOffset;
+    any = any || cursors[i].tbl != nullptr;
   }
-  return true;
+  return any;
 }
 
 ko_gcs_extent box_of(const ko_db_extent_rec &rec) {
@@ -114,12 +115,35 @@ ko_metadata *extent_by_name(const char *name, ko_err *err) {
   return nullptr;
 }
 
-bool area_contains(int32_t area, double lon, double lat) {
-  const ko_db_extent_rec *rec = extent_record(area);
-  if (rec == nullptr) return false;
-  ko_gcs_extent box = box_of(*rec);
-  return ko_gcs_extent_contains(&box, lon, lat) != 0;
-}
+// Which areas of use hold a point, flagged by area code in one pass over
+// the areas, so that each object's area is then a look-up, not a search.
+class AreasHolding {
+ public:
+  AreasHolding(double lon, double lat) {
+    auto recs = extent_records();
+    if (recs.empty()) return;
+    first_ = recs.front().code;
+    span_ = static_cast<std::size_t>(recs.back().code - first_) + 1;
+    flags_.reset(ko::alloc_array<uint8_t>(span_, "ko_factory areas"));
+    if (flags_ == nullptr) return;
+    for (const ko_db_extent_rec &rec : recs) {
+      ko_gcs_extent box = box_of(rec);
+      flags_.get()[static_cast<std::size_t>(rec.code - first_)] =
+          ko_gcs_extent_contains(&box, lon, lat) != 0 ? 1 : 0;
+    }
+  }
+  bool ready() const { return flags_ != nullptr; }
+  bool holds(int32_t area) const {
+    if (area < first_) return false;
+    auto at = static_cast<std::size_t>(area - first_);
+    return at < span_ && flags_.get()[at] != 0;
+  }
+
+ private:
+  ko::Owned<uint8_t> flags_;
+  int32_t first_ = 0;
+  std::size_t span_ = 0;
+};
 
 }  // namespace
 
@@ -195,14 +219,15 @@ int codes_in_extent(uint32_t type, double lon, double lat, int32_t *out, int max
     return -1;
   std::array<Cursor, kMaxMembers> cursors;
   if (!member_cursors(type, true, cursors)) return -1;
-  lon = std::remainder(lon, 360.0);
+  AreasHolding areas(std::remainder(lon, 360.0), lat);
+  if (!areas.ready()) return -1;
   int found = 0;
   int32_t last = 0;
   walk_merged(cursors, [&](const Cursor &c) {
     int32_t code = c.code();
     if (code == last) return true;
     const auto *area = reinterpret_cast<const ko_db_areacode_rec *>(c.record());
-    if (area_contains(area->area, lon, lat)) {
+    if (areas.holds(area->area)) {
       if (found < max) out[found] = code;
       ++found;
       last = code;
@@ -270,6 +295,13 @@ constexpr Dispatch kDispatch[] = {
     KO_DISPATCH(projcs, KO_TYPE_PROJCS),
     KO_DISPATCH(method, KO_TYPE_METHOD),
     KO_DISPATCH(geogtran, KO_TYPE_GEOGTRAN),
+    KO_DISPATCH(vdatum, KO_TYPE_VDATUM),
+    KO_DISPATCH(vertcs, KO_TYPE_VERTCS),
+    KO_DISPATCH(gxyzcs, KO_TYPE_GXYZCS),
+    KO_DISPATCH(hvcoordsys, KO_TYPE_HVCOORDSYS),
+    KO_DISPATCH(htmethod, KO_TYPE_HTMETHOD),
+    KO_DISPATCH(vtmethod, KO_TYPE_VTMETHOD),
+    KO_DISPATCH(verttran, KO_TYPE_VERTTRAN),
     KO_DISPATCH(extent, KO_TYPE_EXTENT),
 };
 

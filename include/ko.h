@@ -2244,6 +2244,21 @@ KO_DECLARE_FACTORY(method, ko_method)
  * parameter "Dataset_<file>"), accuracy, EPSG's remarks as remark, the
  * record's version as operation version and its area of use as metadata. */
 KO_DECLARE_FACTORY(geogtran, ko_geogtran)
+KO_DECLARE_FACTORY(vdatum, ko_vdatum)
+/* With its Vertical_Shift (0) and Direction (1 heights, -1 depths)
+ * parameters. */
+KO_DECLARE_FACTORY(vertcs, ko_vertcs)
+KO_DECLARE_FACTORY(gxyzcs, ko_gxyzcs)
+KO_DECLARE_FACTORY(hvcoordsys, ko_hvcoordsys)
+KO_DECLARE_FACTORY(htmethod, ko_htmethod)
+KO_DECLARE_FACTORY(vtmethod, ko_vtmethod)
+/* A geographic 3D system at either end stands for its ellipsoidal heights:
+ * a vertical system on its datum in "Meter", named and coded as the
+ * geographic system.  A grid's geographic system, when the record names
+ * one, is the horizontal system (ko_verttran_coordsys).  Offsets are in "Meter" (unitless, the base unit),
+ * inclinations in "Arcsecond", the evaluation point in "Degree"; a grid is
+ * the parameter "Dataset_<file>". */
+KO_DECLARE_FACTORY(verttran, ko_verttran)
 
 /* An area of use as a metadata object: the area's name (cut to 79 bytes),
  * its longitude/latitude box and its code as area code and object code.
@@ -2265,7 +2280,8 @@ KO_API void *ko_factory_object_from_name(uint32_t type, const char *name, ko_err
  * objects whose area of use holds the point (degrees; longitudes are taken
  * modulo 360), deprecated ones included; at most max are written to out,
  * and the result is how many there are, or -1 for a type without areas of
- * use, a non-finite point, max below 0 or a null out with max above 0. */
+ * use, a non-finite point, max below 0, a null out with max above 0, or
+ * when memory runs out. */
 KO_API int ko_factory_count(uint32_t type);
 KO_API int32_t ko_factory_code_at(uint32_t type, int index);
 KO_API int ko_factory_codes_in_extent(uint32_t type, double lon, double lat, int32_t *out,

@@ -77,6 +77,20 @@ TEST(FactoryLookup, CodeFailuresReportTheTypesNumber) {
        KO_ERRCAT_OBJECT, "ko_factory_projection_from_code_errext"},
       {"parameter", by_code(ko_factory_parameter_from_code_errext), kNowhere, 218,
        KO_ERRCAT_OBJECT, "ko_factory_parameter_from_code_errext"},
+      {"vertcs", by_code(ko_factory_vertcs_from_code_errext), kNowhere, 205, KO_ERRCAT_OBJECT,
+       "ko_factory_vertcs_from_code_errext"},
+      {"vdatum", by_code(ko_factory_vdatum_from_code_errext), kNowhere, 207, KO_ERRCAT_OBJECT,
+       "ko_factory_vdatum_from_code_errext"},
+      {"htmethod", by_code(ko_factory_htmethod_from_code_errext), kNowhere, 216, KO_ERRCAT_OBJECT,
+       "ko_factory_htmethod_from_code_errext"},
+      {"vtmethod", by_code(ko_factory_vtmethod_from_code_errext), kNowhere, 222, KO_ERRCAT_OBJECT,
+       "ko_factory_vtmethod_from_code_errext"},
+      {"gxyzcs below its codes", by_code(ko_factory_gxyzcs_from_code_errext), kNowhere, 201,
+       KO_ERRCAT_OBJECT, "ko_factory_gxyzcs_from_code_errext"},
+      {"hvcoordsys above its codes", by_code(ko_factory_hvcoordsys_from_code_errext), 99999999,
+       201, KO_ERRCAT_OBJECT, "ko_factory_hvcoordsys_from_code_errext"},
+      {"verttran below its codes", by_code(ko_factory_verttran_from_code_errext), kNowhere, 201,
+       KO_ERRCAT_OBJECT, "ko_factory_verttran_from_code_errext"},
       {"coordsys", [](int32_t c, ko_err *e) { return ko_factory_object_from_code(KO_TYPE_COORDSYS, c, e); },
        kNowhere, 219, KO_ERRCAT_OBJECT, "ko_factory_object_from_code"},
       {"hvdatum", [](int32_t c, ko_err *e) { return ko_factory_object_from_code(KO_TYPE_HVDATUM, c, e); },
@@ -117,7 +131,7 @@ TEST(FactoryLookup, CodeFailuresReportTheTypesNumber) {
 
 // A code between a type's first and last codes that no table has is 202
 // for the types without a number of their own.
-TEST(FactoryLookup, UnknownCodeInsideTheRangeIs202) {
+TEST(FactoryLookup, UnknownCodeInsideTheRangesIs202) {
   auto known = [](int32_t code) {
     for (const ko_db_builtin_entry *r = ko_db_builtin_registry; r->type != 0; ++r) {
       if (r->type == KO_TYPE_EXTENT || r->data == nullptr) continue;
@@ -127,11 +141,24 @@ TEST(FactoryLookup, UnknownCodeInsideTheRangeIs202) {
     }
     return false;
   };
-  int32_t code = ko_factory_code_at(KO_TYPE_GEOGTRAN, 0);
-  while (known(code)) ++code;
-  ko_err err{};
-  EXPECT_EQ(ko_factory_object_from_code(KO_TYPE_TRANSFORM, code, &err), nullptr);
-  expect_report(err, 202, KO_ERRCAT_OBJECT, "ko_factory_object_from_code", std::to_string(code));
+  const struct {
+    uint32_t type;
+    const char *source;
+  } cases[] = {
+      {KO_TYPE_TRANSFORM, "ko_factory_object_from_code"},
+      {KO_TYPE_GXYZCS, "ko_factory_gxyzcs_from_code_errext"},
+      {KO_TYPE_HVCOORDSYS, "ko_factory_hvcoordsys_from_code_errext"},
+      {KO_TYPE_VERTTRAN, "ko_factory_verttran_from_code_errext"},
+  };
+  for (const auto &c : cases) {
+    int32_t code = ko_factory_code_at(c.type, 0);
+    ASSERT_GT(code, 0);
+    while (known(code)) ++code;
+    ASSERT_LT(code, ko_factory_code_at(c.type, ko_factory_count(c.type) - 1));
+    ko_err err{};
+    EXPECT_EQ(ko_factory_object_from_code(c.type, code, &err), nullptr);
+    expect_report(err, 202, KO_ERRCAT_OBJECT, c.source, std::to_string(code));
+  }
 }
 
 TEST(FactoryLookup, NameFailuresAre132) {
@@ -351,7 +378,8 @@ TEST(FactoryLookup, OutOfMemoryLeavesNothingBehind) {
       {KO_TYPE_LINUNIT, 9001},    {KO_TYPE_PARAMETER, 100010}, {KO_TYPE_GEOGCS, 4326},
       {KO_TYPE_GEOGCS, 4979},     {KO_TYPE_DATUM, 1165},       {KO_TYPE_PROJCS, 2154},
       {KO_TYPE_PROJCS, 27572},    {KO_TYPE_GEOGTRAN, 1241},    {KO_TYPE_GEOGTRAN, 1188},
-      {KO_TYPE_EXTENT, 1262},
+      {KO_TYPE_EXTENT, 1262},     {KO_TYPE_VERTCS, 5703},      {KO_TYPE_HVCOORDSYS, 3901},
+      {KO_TYPE_GXYZCS, 4978},     {KO_TYPE_VERTTRAN, 3858},
   };
   for (const auto &c : cases) {
     SCOPED_TRACE(c.code);

@@ -72,6 +72,9 @@ inline const ko_primem *meridian_of(const void *obj) {
     case KO_TYPE_PRIMEM: return static_cast<const ko_primem *>(obj);
     case KO_TYPE_GEOGCS: return ko_geogcs_primem(static_cast<const ko_geogcs *>(obj));
     case KO_TYPE_PROJCS: return meridian_of(ko_projcs_geogcs(static_cast<const ko_projcs *>(obj)));
+    case KO_TYPE_GXYZCS: return ko_gxyzcs_primem(static_cast<const ko_gxyzcs *>(obj));
+    case KO_TYPE_HVCOORDSYS:
+      return meridian_of(ko_hvcoordsys_coordsys(static_cast<const ko_hvcoordsys *>(obj)));
     case KO_TYPE_GEOGTRAN: {
       const auto *gt = static_cast<const ko_geogtran *>(obj);
       const ko_primem *p = meridian_of(ko_geogtran_geogcs1(gt));
