@@ -183,6 +183,46 @@ inline void set_end(int *end_index, const Node &node) {
   if (end_index != nullptr) *end_index = node.end;
 }
 
+// What one node reader works with: the read, the node, its children and
+// its header extras.
+struct NodeRead {
+  Reader r;
+  Node node;
+  Children c;
+  Extras extras;
+
+  NodeRead(const ko_wkt_tokens *tokens, const char *authority, ko_err *err)
+      : r{tokens, authority, err} {}
+  // Opens the node at index (open_node) and scans its children
+  // (scan_children); false for a null token list too.
+  bool open(int index, const char *keyword, const char *alt, std::span<const ChildSpec> specs = {}) {
+    return r.list != nullptr && open_node(r, index, keyword, alt, node) &&
+           scan_children(r, node, specs, c);
+  }
+  bool read_extras() { return wkt1::read_extras(r, c, extras); }
+  void name(uint32_t type, char (&out)[KO_NAME_SIZE]) const { library_name(r, type, node, out); }
+  // The object built, marked as read (finish_object) with the node's end
+  // stored; a null object passes through.
+  template <class T>
+  T *done(T *obj, int *end_index) {
+    if (obj == nullptr) return nullptr;
+    set_end(end_index, node);
+    return static_cast<T *>(finish_object(obj, node, extras));
+  }
+};
+
+// Reads a node that holds a name and its extras only (PROJECTION,
+// METHOD): make(library name, record) builds the object.
+template <class T, class Make>
+T *read_name_only(const ko_wkt_tokens *tokens, const char *authority, int index, int *end_index,
+                  ko_err *err, const char *keyword, uint32_t type, Make make) {
+  NodeRead n(tokens, authority, err);
+  if (!n.open(index, keyword, nullptr) || !n.read_extras()) return nullptr;
+  char name[KO_NAME_SIZE];
+  n.name(type, name);
+  return n.done(construct(n.r, [&](ko_err *e) { return make(name, e); }), end_index);
+}
+
 // Tokenizes text for a keyword (and its alternate) and reads the node at
 // token 0 with from_tokens; a tokenizer failure goes to the record.
 template <class T>
@@ -199,6 +239,12 @@ T *read_text(const char *text, const char *authority, ko_err *err, const char *k
   if (failure != 0) return nullptr;
   return from_tokens(list.get(), authority, 0, nullptr, err);
 }
+
+// ko_wkt_<t>_from_str of a reader of keyword (or its alternate, or null).
+#define KO_WKT1_DEFINE_FROM_STR(t, T, keyword, alt)                                     \
+  T *ko_wkt_##t##_from_str(const char *text, const char *authority, ko_err *err) {      \
+    return ko::wkt1::read_text(text, authority, err, keyword, alt, ko_wkt_##t##_from_tokens); \
+  }
 
 // ---------------------------------------------------------------------------
 // Writing.
@@ -221,6 +267,15 @@ const char *choose_name(const void *obj, const char *authority, uint32_t options
 
 // KEYWORD["name"
 void put_header(text::TextOut &out, const char *keyword, const char *name);
+
+// Starts the node of an object: false when it writes nothing (see
+// skip_object), else KEYWORD["name" is out, the name chosen by the rule.
+bool begin_node(text::TextOut &out, const void *obj, uint32_t type, const char *keyword,
+                const char *authority, uint32_t options);
+
+// A node of a name and its extras only, written back.
+int write_name_only(const void *obj, uint32_t type, const char *keyword, const char *authority,
+                    uint32_t options, int size, char *buf);
 // ,<number> in 16 significant digits (17 with KO_STR_FULL_PRECISION).
 void put_number(text::TextOut &out, double value, uint32_t options);
 // ,<integer>

@@ -296,6 +296,21 @@ void put_header(text::TextOut &out, const char *keyword, const char *name) {
   out.put('"');
 }
 
+bool begin_node(text::TextOut &out, const void *obj, uint32_t type, const char *keyword,
+                const char *authority, uint32_t options) {
+  if (skip_object(obj, type, options)) return false;
+  char name[KO_NAME_SIZE];
+  put_header(out, keyword, choose_name(obj, authority, options, name));
+  return true;
+}
+
+int write_name_only(const void *obj, uint32_t type, const char *keyword, const char *authority,
+                    uint32_t options, int size, char *buf) {
+  text::TextOut out(buf, size);
+  if (begin_node(out, obj, type, keyword, authority, options)) put_tail(out, obj, nullptr, authority, options);
+  return out.finish();
+}
+
 void put_number(text::TextOut &out, double value, uint32_t options) {
   char text[32];
   ko_dtoa(text, (options & KO_STR_FULL_PRECISION) != 0 ? 17 : 16, value);
