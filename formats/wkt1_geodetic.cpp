@@ -49,11 +49,11 @@ int ko_wkt_spheroid_to_str(const ko_spheroid *s, const char *authority, uint32_t
 // 1.  A UNIT child gives the axis's unit (metres without).
 ko_spheroid *ko_wkt_spheroid_from_tokens(const ko_wkt_tokens *tokens, const char *authority,
                                          int index, int *end_index, ko_err *err) {
-  static constexpr ChildSpec kSpecs[] = {{"UNIT", nullptr, 416}};
+  static constexpr ChildKind kChildren[] = {{"UNIT", nullptr, 416}};
   NodeRead n(tokens, authority, err);
   double axis = 0.0;
   double inverse = 0.0;
-  if (!n.open(index, "SPHEROID", "ELLIPSOID", kSpecs) || !value_number(n.r, n.node, n.c, 0, 451, axis) ||
+  if (!n.open(index, "SPHEROID", "ELLIPSOID", kChildren) || !value_number(n.r, n.node, n.c, 0, 451, axis) ||
       !value_number(n.r, n.node, n.c, 1, 452, inverse))
     return nullptr;
   if (axis <= 0.0) {
@@ -109,11 +109,11 @@ int ko_wkt_primem_to_str(const ko_primem *p, const char *authority, uint32_t opt
 // degrees.
 ko_primem *ko_wkt_primem_from_tokens(const ko_wkt_tokens *tokens, const char *authority, int index,
                                      int *end_index, ko_err *err) {
-  static constexpr ChildSpec kSpecs[] = {{"UNIT", nullptr, 416}};
+  static constexpr ChildKind kChildren[] = {{"UNIT", nullptr, 416}};
   NodeRead n(tokens, authority, err);
   double longitude = 0.0;
   Unique<ko_angunit> unit;
-  if (!n.open(index, "PRIMEM", nullptr, kSpecs) || !value_number(n.r, n.node, n.c, 0, 449, longitude) ||
+  if (!n.open(index, "PRIMEM", nullptr, kChildren) || !value_number(n.r, n.node, n.c, 0, 449, longitude) ||
       !read_child(n.r, n.c.first[0], ko_wkt_angunit_from_tokens, unit) || !n.read_extras())
     return nullptr;
   if (unit == nullptr) {
@@ -166,10 +166,10 @@ int ko_wkt_datum_special_cases(ko_datum *datum) {
 // second one.
 ko_datum *ko_wkt_datum_from_tokens(const ko_wkt_tokens *tokens, const char *authority, int index,
                                    int *end_index, ko_err *err) {
-  static constexpr ChildSpec kSpecs[] = {{"SPHEROID", "ELLIPSOID", 415}};
+  static constexpr ChildKind kChildren[] = {{"SPHEROID", "ELLIPSOID", 415}};
   NodeRead n(tokens, authority, err);
   Unique<ko_spheroid> spheroid;
-  if (!n.open(index, "DATUM", nullptr, kSpecs) ||
+  if (!n.open(index, "DATUM", nullptr, kChildren) ||
       !read_child(n.r, n.c.first[0], ko_wkt_spheroid_from_tokens, spheroid) || !n.read_extras())
     return nullptr;
   if (spheroid == nullptr) {
@@ -239,7 +239,7 @@ int ko_wkt_geogcs_special_cases(ko_geogcs *geogcs) {
 ko_geogcs *ko_wkt_geogcs_from_tokens(const ko_wkt_tokens *tokens, const char *authority, int index,
                                      int *end_index, ko_err *err) {
   enum { kDatum, kPrimem, kUnit, kLinunit };
-  static constexpr ChildSpec kSpecs[] = {
+  static constexpr ChildKind kChildren[] = {
       {"DATUM", nullptr, 405}, {"PRIMEM", nullptr, 412}, {"UNIT", nullptr, 401}, {"LINUNIT", nullptr, 409}};
   NodeRead n(tokens, authority, err);
   Unique<ko_datum> datum;
@@ -247,7 +247,7 @@ ko_geogcs *ko_wkt_geogcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
   Unique<ko_angunit> unit;
   Unique<ko_linunit> vert_unit;
   ko_metadata **metadata_ptr = nullptr;
-  if (!n.open(index, "GEOGCS", nullptr, kSpecs) ||
+  if (!n.open(index, "GEOGCS", nullptr, kChildren) ||
       !read_child(n.r, n.c.first[kDatum], ko_wkt_datum_from_tokens, datum) ||
       !read_child(n.r, n.c.first[kPrimem], ko_wkt_primem_from_tokens, primem) ||
       !read_child(n.r, n.c.first[kUnit], ko_wkt_angunit_from_tokens, unit) ||

@@ -178,7 +178,7 @@ int ko_wkt_projcs_special_cases(ko_projcs *projcs) {
 ko_projcs *ko_wkt_projcs_from_tokens(const ko_wkt_tokens *tokens, const char *authority, int index,
                                      int *end_index, ko_err *err) {
   enum { kGeogcs, kProjection, kUnit, kLinunit, kParameter };
-  static constexpr ChildSpec kSpecs[] = {{"GEOGCS", nullptr, 406},
+  static constexpr ChildKind kChildren[] = {{"GEOGCS", nullptr, 406},
                                          {"PROJECTION", nullptr, 414},
                                          {"UNIT", nullptr, 409},
                                          {"LINUNIT", nullptr, 409},
@@ -190,7 +190,7 @@ ko_projcs *ko_wkt_projcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
   ko::Unique<ko_linunit> vert_unit;
   ParameterSlots parms;
   ko_metadata **metadata_ptr = nullptr;
-  if (!n.open(index, "PROJCS", nullptr, kSpecs) ||
+  if (!n.open(index, "PROJCS", nullptr, kChildren) ||
       !read_child(n.r, n.c.first[kGeogcs], ko_wkt_geogcs_from_tokens, geogcs) ||
       !read_child(n.r, n.c.first[kProjection], ko_wkt_projection_from_tokens, projection) ||
       !read_child(n.r, n.c.first[kUnit], ko_wkt_linunit_from_tokens, unit) ||

@@ -64,7 +64,7 @@ int ko_wkt_geogtran_to_str(const ko_geogtran *gt, const char *authority, uint32_
 ko_geogtran *ko_wkt_geogtran_from_tokens(const ko_wkt_tokens *tokens, const char *authority,
                                          int index, int *end_index, ko_err *err) {
   enum { kMethod, kAccuracy, kGeogcs, kParameter };
-  static constexpr ChildSpec kSpecs[] = {{"METHOD", nullptr, 410},
+  static constexpr ChildKind kChildren[] = {{"METHOD", nullptr, 410},
                                          {"OPERATIONACCURACY", nullptr, 352},
                                          {"GEOGCS", nullptr, 0},
                                          {"PARAMETER", nullptr, 0}};
@@ -74,7 +74,7 @@ ko_geogtran *ko_wkt_geogtran_from_tokens(const ko_wkt_tokens *tokens, const char
   std::array<ko::Unique<ko_geogcs>, 2> gcs;
   ParameterSlots parms;
   ko_metadata **metadata_ptr = nullptr;
-  if (!n.open(index, "GEOGTRAN", nullptr, kSpecs) ||
+  if (!n.open(index, "GEOGTRAN", nullptr, kChildren) ||
       !read_child(n.r, c.first[kMethod], ko_wkt_method_from_tokens, method))
     return nullptr;
   std::size_t systems = 0;
