@@ -13,10 +13,10 @@ bool keyword_is(const char *text, const char *keyword) {
 
 bool is_keyword(const ko_wkt_token &t) { return (t.flags & KO_WKT_TOKEN_KEYWORD) != 0; }
 
-// Index of the spec a keyword belongs to, or -1.
-int spec_of(std::span<const ChildSpec> specs, const char *keyword) {
-  for (std::size_t k = 0; k < specs.size(); ++k)
-    if (keyword_is(keyword, specs[k].keyword) || keyword_is(keyword, specs[k].alt))
+// Index of the child kind a keyword belongs to, or -1.
+int kind_of(std::span<const ChildKind> kinds, const char *keyword) {
+  for (std::size_t k = 0; k < kinds.size(); ++k)
+    if (keyword_is(keyword, kinds[k].keyword) || keyword_is(keyword, kinds[k].alt))
       return static_cast<int>(k);
   return -1;
 }
@@ -111,7 +111,7 @@ bool open_node(const Reader &r, int index, const char *keyword, const char *alt,
   return true;
 }
 
-bool scan_children(const Reader &r, const Node &node, std::span<const ChildSpec> specs,
+bool scan_children(const Reader &r, const Node &node, std::span<const ChildKind> kinds,
                    Children &out) {
   const ko_wkt_tokens &list = *r.list;
   out.first.fill(-1);
@@ -124,10 +124,10 @@ bool scan_children(const Reader &r, const Node &node, std::span<const ChildSpec>
     int next = subtree_end(list, i);
     if (!is_keyword(t)) {
       out.values[out.value_count++] = i;
-    } else if (int k = spec_of(specs, t.text); k >= 0) {
-      if (specs[k].duplicate_error == 0) {
+    } else if (int k = kind_of(kinds, t.text); k >= 0) {
+      if (kinds[k].duplicate_error == 0) {
         out.repeats[out.repeat_count++] = Repeat{k, i};
-      } else if (!note_single(r, node, out.first[k], i, specs[k].duplicate_error)) {
+      } else if (!note_single(r, node, out.first[k], i, kinds[k].duplicate_error)) {
         return false;
       }
     } else if (keyword_is(t.text, "AUTHORITY") || keyword_is(t.text, "ID")) {
@@ -294,6 +294,21 @@ void put_header(text::TextOut &out, const char *keyword, const char *name) {
   out.put("[\"");
   out.put(name);
   out.put('"');
+}
+
+bool begin_node(text::TextOut &out, const void *obj, uint32_t type, const char *keyword,
+                const char *authority, uint32_t options) {
+  if (skip_object(obj, type, options)) return false;
+  char name[KO_NAME_SIZE];
+  put_header(out, keyword, choose_name(obj, authority, options, name));
+  return true;
+}
+
+int write_name_only(const void *obj, uint32_t type, const char *keyword, const char *authority,
+                    uint32_t options, int size, char *buf) {
+  text::TextOut out(buf, size);
+  if (begin_node(out, obj, type, keyword, authority, options)) put_tail(out, obj, nullptr, authority, options);
+  return out.finish();
 }
 
 void put_number(text::TextOut &out, double value, uint32_t options) {

@@ -35,9 +35,7 @@ extern "C" {
 int ko_wkt_spheroid_to_str(const ko_spheroid *s, const char *authority, uint32_t options, int size,
                            char *buf) {
   TextOut out(buf, size);
-  if (skip_object(s, KO_TYPE_SPHEROID, options)) return out.finish();
-  char name[KO_NAME_SIZE];
-  put_header(out, "SPHEROID", choose_name(s, authority, options, name));
+  if (!begin_node(out, s, KO_TYPE_SPHEROID, "SPHEROID", authority, options)) return out.finish();
   put_number(out, ko_spheroid_axis(s), options);
   double f = ko_spheroid_flattening(s);
   put_number(out, std::fabs(f) > ko::kTol ? 1.0 / f : 0.0, options);
@@ -51,46 +49,38 @@ int ko_wkt_spheroid_to_str(const ko_spheroid *s, const char *authority, uint32_t
 // 1.  A UNIT child gives the axis's unit (metres without).
 ko_spheroid *ko_wkt_spheroid_from_tokens(const ko_wkt_tokens *tokens, const char *authority,
                                          int index, int *end_index, ko_err *err) {
-  static constexpr ChildSpec kSpecs[] = {{"UNIT", nullptr, 416}};
-  Reader r{tokens, authority, err};
-  Node node;
-  Children c;
-  Extras extras;
+  static constexpr ChildKind kChildren[] = {{"UNIT", nullptr, 416}};
+  NodeRead n(tokens, authority, err);
   double axis = 0.0;
   double inverse = 0.0;
-  if (tokens == nullptr || !open_node(r, index, "SPHEROID", "ELLIPSOID", node) ||
-      !scan_children(r, node, kSpecs, c) || !value_number(r, node, c, 0, 451, axis) ||
-      !value_number(r, node, c, 1, 452, inverse))
+  if (!n.open(index, "SPHEROID", "ELLIPSOID", kChildren) || !value_number(n.r, n.node, n.c, 0, 451, axis) ||
+      !value_number(n.r, n.node, n.c, 1, 452, inverse))
     return nullptr;
   if (axis <= 0.0) {
-    report(err, 420, node.keyword, value_text(r, c, 0));
+    report(err, 420, n.node.keyword, value_text(n.r, n.c, 0));
     return nullptr;
   }
   double flattening = 0.0;
   if (!sphere_inverse_flattening(inverse)) {
     if (inverse < 1.0) {
-      report(err, 421, node.keyword, value_text(r, c, 1));
+      report(err, 421, n.node.keyword, value_text(n.r, n.c, 1));
       return nullptr;
     }
     flattening = 1.0 / inverse;
   }
   Unique<ko_linunit> unit;
-  if (!read_child(r, c.first[0], ko_wkt_linunit_from_tokens, unit) || !read_extras(r, c, extras))
+  if (!read_child(n.r, n.c.first[0], ko_wkt_linunit_from_tokens, unit) || !n.read_extras())
     return nullptr;
   char name[KO_NAME_SIZE];
-  library_name(r, KO_TYPE_SPHEROID, node, name);
-  ko_spheroid *s = construct(r, [&](ko_err *e) {
+  n.name(KO_TYPE_SPHEROID, name);
+  ko_spheroid *s = construct(n.r, [&](ko_err *e) {
     return ko_spheroid_ext_new_errext(name, unit.get(), axis, flattening, e);
   });
-  if (s == nullptr) return nullptr;
-  unit.release();
-  set_end(end_index, node);
-  return static_cast<ko_spheroid *>(finish_object(s, node, extras));
+  if (s != nullptr) unit.release();
+  return n.done(s, end_index);
 }
 
-ko_spheroid *ko_wkt_spheroid_from_str(const char *text, const char *authority, ko_err *err) {
-  return read_text(text, authority, err, "SPHEROID", "ELLIPSOID", ko_wkt_spheroid_from_tokens);
-}
+KO_WKT1_DEFINE_FROM_STR(spheroid, ko_spheroid, "SPHEROID", "ELLIPSOID")
 
 // --- PRIMEM ------------------------------------------------------------------
 
@@ -100,9 +90,7 @@ ko_spheroid *ko_wkt_spheroid_from_str(const char *text, const char *authority, k
 int ko_wkt_primem_to_str(const ko_primem *p, const char *authority, uint32_t options, int size,
                          char *buf) {
   TextOut out(buf, size);
-  if (skip_object(p, KO_TYPE_PRIMEM, options)) return out.finish();
-  char name[KO_NAME_SIZE];
-  put_header(out, "PRIMEM", choose_name(p, authority, options, name));
+  if (!begin_node(out, p, KO_TYPE_PRIMEM, "PRIMEM", authority, options)) return out.finish();
   const ko_angunit *unit = ko_primem_unit(p);
   double degrees = ko_primem_longitude(p);
   Level level = level_of(options);
@@ -121,50 +109,40 @@ int ko_wkt_primem_to_str(const ko_primem *p, const char *authority, uint32_t opt
 // degrees.
 ko_primem *ko_wkt_primem_from_tokens(const ko_wkt_tokens *tokens, const char *authority, int index,
                                      int *end_index, ko_err *err) {
-  static constexpr ChildSpec kSpecs[] = {{"UNIT", nullptr, 416}};
-  Reader r{tokens, authority, err};
-  Node node;
-  Children c;
-  Extras extras;
+  static constexpr ChildKind kChildren[] = {{"UNIT", nullptr, 416}};
+  NodeRead n(tokens, authority, err);
   double longitude = 0.0;
   Unique<ko_angunit> unit;
-  if (tokens == nullptr || !open_node(r, index, "PRIMEM", nullptr, node) ||
-      !scan_children(r, node, kSpecs, c) || !value_number(r, node, c, 0, 449, longitude) ||
-      !read_child(r, c.first[0], ko_wkt_angunit_from_tokens, unit) || !read_extras(r, c, extras))
+  if (!n.open(index, "PRIMEM", nullptr, kChildren) || !value_number(n.r, n.node, n.c, 0, 449, longitude) ||
+      !read_child(n.r, n.c.first[0], ko_wkt_angunit_from_tokens, unit) || !n.read_extras())
     return nullptr;
   if (unit == nullptr) {
     unit.reset(ko::new_degree());
     if (unit == nullptr) {
-      ko::report_no_memory(err, node.keyword, node.name);
+      ko::report_no_memory(err, n.node.keyword, n.node.name);
       return nullptr;
     }
   }
   if (std::fabs(ko_angunit_factor(unit.get()) / ko::kDegree * longitude) > 180.0) {
-    report(err, 419, node.keyword, value_text(r, c, 0));
+    report(err, 419, n.node.keyword, value_text(n.r, n.c, 0));
     return nullptr;
   }
   char name[KO_NAME_SIZE];
-  library_name(r, KO_TYPE_PRIMEM, node, name);
+  n.name(KO_TYPE_PRIMEM, name);
   ko_primem *p = construct(
-      r, [&](ko_err *e) { return ko_primem_ext_new_errext(name, unit.get(), longitude, e); });
-  if (p == nullptr) return nullptr;
-  unit.release();
-  set_end(end_index, node);
-  return static_cast<ko_primem *>(finish_object(p, node, extras));
+      n.r, [&](ko_err *e) { return ko_primem_ext_new_errext(name, unit.get(), longitude, e); });
+  if (p != nullptr) unit.release();
+  return n.done(p, end_index);
 }
 
-ko_primem *ko_wkt_primem_from_str(const char *text, const char *authority, ko_err *err) {
-  return read_text(text, authority, err, "PRIMEM", nullptr, ko_wkt_primem_from_tokens);
-}
+KO_WKT1_DEFINE_FROM_STR(primem, ko_primem, "PRIMEM", nullptr)
 
 // --- DATUM -------------------------------------------------------------------
 
 int ko_wkt_datum_to_str(const ko_datum *d, const char *authority, uint32_t options, int size,
                         char *buf) {
   TextOut out(buf, size);
-  if (skip_object(d, KO_TYPE_DATUM, options)) return out.finish();
-  char name[KO_NAME_SIZE];
-  put_header(out, "DATUM", choose_name(d, authority, options, name));
+  if (!begin_node(out, d, KO_TYPE_DATUM, "DATUM", authority, options)) return out.finish();
   put_child(out, ko_wkt_spheroid_to_str, ko_datum_spheroid(d), authority,
             level_of(options).child_options);
   put_tail(out, d, nullptr, authority, options);
@@ -188,44 +166,33 @@ int ko_wkt_datum_special_cases(ko_datum *datum) {
 // second one.
 ko_datum *ko_wkt_datum_from_tokens(const ko_wkt_tokens *tokens, const char *authority, int index,
                                    int *end_index, ko_err *err) {
-  static constexpr ChildSpec kSpecs[] = {{"SPHEROID", "ELLIPSOID", 415}};
-  Reader r{tokens, authority, err};
-  Node node;
-  Children c;
-  Extras extras;
+  static constexpr ChildKind kChildren[] = {{"SPHEROID", "ELLIPSOID", 415}};
+  NodeRead n(tokens, authority, err);
   Unique<ko_spheroid> spheroid;
-  if (tokens == nullptr || !open_node(r, index, "DATUM", nullptr, node) ||
-      !scan_children(r, node, kSpecs, c) ||
-      !read_child(r, c.first[0], ko_wkt_spheroid_from_tokens, spheroid) ||
-      !read_extras(r, c, extras))
+  if (!n.open(index, "DATUM", nullptr, kChildren) ||
+      !read_child(n.r, n.c.first[0], ko_wkt_spheroid_from_tokens, spheroid) || !n.read_extras())
     return nullptr;
   if (spheroid == nullptr) {
-    report(err, 442, node.keyword, node.name);
+    report(err, 442, n.node.keyword, n.node.name);
     return nullptr;
   }
   char name[KO_NAME_SIZE];
-  library_name(r, KO_TYPE_DATUM, node, name);
-  ko_datum *d = construct(r, [&](ko_err *e) { return ko_datum_new_errext(name, spheroid.get(), e); });
+  n.name(KO_TYPE_DATUM, name);
+  ko_datum *d = construct(n.r, [&](ko_err *e) { return ko_datum_new_errext(name, spheroid.get(), e); });
   if (d == nullptr) return nullptr;
   spheroid.release();
-  set_end(end_index, node);
-  finish_object(d, node, extras);
-  ko_wkt_datum_special_cases(d);
+  ko_wkt_datum_special_cases(n.done(d, end_index));
   return d;
 }
 
-ko_datum *ko_wkt_datum_from_str(const char *text, const char *authority, ko_err *err) {
-  return read_text(text, authority, err, "DATUM", nullptr, ko_wkt_datum_from_tokens);
-}
+KO_WKT1_DEFINE_FROM_STR(datum, ko_datum, "DATUM", nullptr)
 
 // --- GEOGCS ------------------------------------------------------------------
 
 int ko_wkt_geogcs_to_str(const ko_geogcs *g, const char *authority, uint32_t options, int size,
                          char *buf) {
   TextOut out(buf, size);
-  if (skip_object(g, KO_TYPE_GEOGCS, options)) return out.finish();
-  char name[KO_NAME_SIZE];
-  put_header(out, "GEOGCS", choose_name(g, authority, options, name));
+  if (!begin_node(out, g, KO_TYPE_GEOGCS, "GEOGCS", authority, options)) return out.finish();
   uint32_t child = level_of(options).child_options;
   put_child(out, ko_wkt_datum_to_str, ko_geogcs_datum(g), authority, child);
   put_child(out, ko_wkt_primem_to_str, ko_geogcs_primem(g), authority, child);
@@ -272,29 +239,25 @@ int ko_wkt_geogcs_special_cases(ko_geogcs *geogcs) {
 ko_geogcs *ko_wkt_geogcs_from_tokens(const ko_wkt_tokens *tokens, const char *authority, int index,
                                      int *end_index, ko_err *err) {
   enum { kDatum, kPrimem, kUnit, kLinunit };
-  static constexpr ChildSpec kSpecs[] = {
+  static constexpr ChildKind kChildren[] = {
       {"DATUM", nullptr, 405}, {"PRIMEM", nullptr, 412}, {"UNIT", nullptr, 401}, {"LINUNIT", nullptr, 409}};
-  Reader r{tokens, authority, err};
-  Node node;
-  Children c;
-  Extras extras;
+  NodeRead n(tokens, authority, err);
   Unique<ko_datum> datum;
   Unique<ko_primem> primem;
   Unique<ko_angunit> unit;
   Unique<ko_linunit> vert_unit;
   ko_metadata **metadata_ptr = nullptr;
-  if (tokens == nullptr || !open_node(r, index, "GEOGCS", nullptr, node) ||
-      !scan_children(r, node, kSpecs, c) ||
-      !read_child(r, c.first[kDatum], ko_wkt_datum_from_tokens, datum) ||
-      !read_child(r, c.first[kPrimem], ko_wkt_primem_from_tokens, primem) ||
-      !read_child(r, c.first[kUnit], ko_wkt_angunit_from_tokens, unit) ||
-      !read_child(r, c.first[kLinunit], ko_wkt_linunit_from_tokens, vert_unit) ||
-      !read_metadata(r, c, metadata_ptr))
+  if (!n.open(index, "GEOGCS", nullptr, kChildren) ||
+      !read_child(n.r, n.c.first[kDatum], ko_wkt_datum_from_tokens, datum) ||
+      !read_child(n.r, n.c.first[kPrimem], ko_wkt_primem_from_tokens, primem) ||
+      !read_child(n.r, n.c.first[kUnit], ko_wkt_angunit_from_tokens, unit) ||
+      !read_child(n.r, n.c.first[kLinunit], ko_wkt_linunit_from_tokens, vert_unit) ||
+      !read_metadata(n.r, n.c, metadata_ptr))
     return nullptr;
   UniqueMetadata metadata(metadata_ptr);
-  if (!read_extras(r, c, extras)) return nullptr;
+  if (!n.read_extras()) return nullptr;
   if (datum == nullptr) {
-    report(err, 431, node.keyword, node.name);
+    report(err, 431, n.node.keyword, n.node.name);
     return nullptr;
   }
   int dimension = vert_unit != nullptr ? 3 : 2;
@@ -304,14 +267,14 @@ ko_geogcs *ko_wkt_geogcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
     if (ko_axis_fill(axis_ptrs.data(), 3, KO_AXIS_KIND_GEOGRAPHIC,
                      reinterpret_cast<const ko_unit *>(unit.get()),
                      reinterpret_cast<const ko_unit *>(vert_unit.get())) == 0) {
-      ko::report_no_memory(err, node.keyword, node.name);
+      ko::report_no_memory(err, n.node.keyword, n.node.name);
       return nullptr;
     }
-    for (int i = 0; i < 3; ++i) axes[static_cast<std::size_t>(i)].reset(axis_ptrs[static_cast<std::size_t>(i)]);
+    for (std::size_t i = 0; i < 3; ++i) axes[i].reset(axis_ptrs[i]);
   }
   char name[KO_NAME_SIZE];
-  library_name(r, KO_TYPE_GEOGCS, node, name);
-  ko_geogcs *g = construct(r, [&](ko_err *e) {
+  n.name(KO_TYPE_GEOGCS, name);
+  ko_geogcs *g = construct(n.r, [&](ko_err *e) {
     return ko_geogcs_ext_new_errext(name, datum.get(), primem.get(), dimension,
                                     dimension == 3 ? axis_ptrs.data() : nullptr, unit.get(),
                                     metadata.get(), nullptr, e);
@@ -322,14 +285,10 @@ ko_geogcs *ko_wkt_geogcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
   unit.release();
   metadata.release();
   for (auto &axis : axes) axis.release();
-  set_end(end_index, node);
-  finish_object(g, node, extras);
-  ko_wkt_geogcs_special_cases(g);
+  ko_wkt_geogcs_special_cases(n.done(g, end_index));
   return g;
 }
 
-ko_geogcs *ko_wkt_geogcs_from_str(const char *text, const char *authority, ko_err *err) {
-  return read_text(text, authority, err, "GEOGCS", nullptr, ko_wkt_geogcs_from_tokens);
-}
+KO_WKT1_DEFINE_FROM_STR(geogcs, ko_geogcs, "GEOGCS", nullptr)
 
 }  // extern "C"

@@ -151,9 +151,7 @@ extern "C" {
 int ko_wkt_projcs_to_str(const ko_projcs *p, const char *authority, uint32_t options, int size,
                          char *buf) {
   TextOut out(buf, size);
-  if (skip_object(p, KO_TYPE_PROJCS, options)) return out.finish();
-  char name[KO_NAME_SIZE];
-  put_header(out, "PROJCS", choose_name(p, authority, options, name));
+  if (!begin_node(out, p, KO_TYPE_PROJCS, "PROJCS", authority, options)) return out.finish();
   uint32_t child = level_of(options).child_options;
   put_child(out, ko_wkt_geogcs_to_str, ko_projcs_geogcs(p), authority, child);
   put_child(out, ko_wkt_projection_to_str, ko_projcs_projection(p), authority, child);
@@ -180,45 +178,41 @@ int ko_wkt_projcs_special_cases(ko_projcs *projcs) {
 ko_projcs *ko_wkt_projcs_from_tokens(const ko_wkt_tokens *tokens, const char *authority, int index,
                                      int *end_index, ko_err *err) {
   enum { kGeogcs, kProjection, kUnit, kLinunit, kParameter };
-  static constexpr ChildSpec kSpecs[] = {{"GEOGCS", nullptr, 406},
+  static constexpr ChildKind kChildren[] = {{"GEOGCS", nullptr, 406},
                                          {"PROJECTION", nullptr, 414},
                                          {"UNIT", nullptr, 409},
                                          {"LINUNIT", nullptr, 409},
                                          {"PARAMETER", nullptr, 0}};
-  Reader r{tokens, authority, err};
-  Node node;
-  Children c;
-  Extras extras;
+  NodeRead n(tokens, authority, err);
   ko::Unique<ko_geogcs> geogcs;
   ko::Unique<ko_projection> projection;
   ko::Unique<ko_linunit> unit;
   ko::Unique<ko_linunit> vert_unit;
   ParameterSlots parms;
   ko_metadata **metadata_ptr = nullptr;
-  if (tokens == nullptr || !open_node(r, index, "PROJCS", nullptr, node) ||
-      !scan_children(r, node, kSpecs, c) ||
-      !read_child(r, c.first[kGeogcs], ko_wkt_geogcs_from_tokens, geogcs) ||
-      !read_child(r, c.first[kProjection], ko_wkt_projection_from_tokens, projection) ||
-      !read_child(r, c.first[kUnit], ko_wkt_linunit_from_tokens, unit) ||
-      !read_child(r, c.first[kLinunit], ko_wkt_linunit_from_tokens, vert_unit) ||
-      !read_parameters(r, node, c, kParameter, KO_PARM_CAT_PROJECTION, parms) ||
-      !read_metadata(r, c, metadata_ptr))
+  if (!n.open(index, "PROJCS", nullptr, kChildren) ||
+      !read_child(n.r, n.c.first[kGeogcs], ko_wkt_geogcs_from_tokens, geogcs) ||
+      !read_child(n.r, n.c.first[kProjection], ko_wkt_projection_from_tokens, projection) ||
+      !read_child(n.r, n.c.first[kUnit], ko_wkt_linunit_from_tokens, unit) ||
+      !read_child(n.r, n.c.first[kLinunit], ko_wkt_linunit_from_tokens, vert_unit) ||
+      !read_parameters(n.r, n.node, n.c, kParameter, KO_PARM_CAT_PROJECTION, parms) ||
+      !read_metadata(n.r, n.c, metadata_ptr))
     return nullptr;
   UniqueMetadata metadata(metadata_ptr);
-  if (!read_extras(r, c, extras)) return nullptr;
+  if (!n.read_extras()) return nullptr;
   const int missing = geogcs == nullptr ? 433 : projection == nullptr ? 441 : unit == nullptr ? 438 : 0;
   if (missing != 0) {
-    report(err, missing, node.keyword, node.name);
+    report(err, missing, n.node.keyword, n.node.name);
     return nullptr;
   }
   const double angle_factor = ko_angunit_factor(ko_geogcs_unit(geogcs.get()));
   if (!adopt_polar_variant_b(projection, parms, angle_factor)) {
-    ko::report_no_memory(err, node.keyword, node.name);
+    ko::report_no_memory(err, n.node.keyword, n.node.name);
     return nullptr;
   }
   adopt_origin_or_center(ko::parm_rules(ko_object_code_internal(projection.get())), parms);
   ko::Unique<ko_conversion> conversion(construct(
-      r, [&](ko_err *e) { return ko_conversion_new_errext(projection.get(), parms.ptrs.data(), e); }));
+      n.r, [&](ko_err *e) { return ko_conversion_new_errext(projection.get(), parms.ptrs.data(), e); }));
   if (conversion == nullptr) return nullptr;
   projection.release();
   parms.release();
@@ -229,16 +223,16 @@ ko_projcs *ko_wkt_projcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
   if (dimension == 3) {
     if (ko_axis_fill(axis_ptrs.data(), 3, KO_AXIS_KIND_PROJECTED, reinterpret_cast<const ko_unit *>(unit.get()),
                      reinterpret_cast<const ko_unit *>(vert_unit.get())) == 0) {
-      ko::report_no_memory(err, node.keyword, node.name);
+      ko::report_no_memory(err, n.node.keyword, n.node.name);
       return nullptr;
     }
     for (std::size_t i = 0; i < 3; ++i) axes[i].reset(axis_ptrs[i]);
   }
   char name[KO_NAME_SIZE];
-  library_name(r, KO_TYPE_PROJCS, node, name);
+  n.name(KO_TYPE_PROJCS, name);
   // In three dimensions the axes carry the units (they may differ).
   ko_linunit *system_unit = dimension == 2 ? unit.get() : nullptr;
-  ko_projcs *p = construct(r, [&](ko_err *e) {
+  ko_projcs *p = construct(n.r, [&](ko_err *e) {
     return ko_projcs_ext_new_errext(name, geogcs.get(), conversion.get(), dimension,
                                     dimension == 3 ? axis_ptrs.data() : nullptr, system_unit,
                                     metadata.get(), nullptr, e);
@@ -249,14 +243,10 @@ ko_projcs *ko_wkt_projcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
   if (system_unit != nullptr) unit.release();
   metadata.release();
   for (auto &axis : axes) axis.release();
-  set_end(end_index, node);
-  finish_object(p, node, extras);
-  ko_wkt_projcs_special_cases(p);
+  ko_wkt_projcs_special_cases(n.done(p, end_index));
   return p;
 }
 
-ko_projcs *ko_wkt_projcs_from_str(const char *text, const char *authority, ko_err *err) {
-  return read_text(text, authority, err, "PROJCS", nullptr, ko_wkt_projcs_from_tokens);
-}
+KO_WKT1_DEFINE_FROM_STR(projcs, ko_projcs, "PROJCS", nullptr)
 
 }  // extern "C"

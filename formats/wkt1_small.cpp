@@ -31,42 +31,6 @@ void put_authority_fields(TextOut &out, const char *name, int32_t code, const ch
   out.put(']');
 }
 
-// The header of a named node, its name chosen by the writers' rule.
-void put_named_header(TextOut &out, const char *keyword, const void *obj, const char *authority,
-                      uint32_t options) {
-  char name[KO_NAME_SIZE];
-  put_header(out, keyword, choose_name(obj, authority, options, name));
-}
-
-// Reads a node that holds only a name and its extras, building the object
-// from the library's name.
-template <class T, class Make>
-T *read_name_only(const Reader &r, int index, int *end_index, const char *keyword, uint32_t type,
-                  Make make) {
-  Node node;
-  Children c;
-  Extras extras;
-  if (!open_node(r, index, keyword, nullptr, node) || !scan_children(r, node, {}, c) ||
-      !read_extras(r, c, extras))
-    return nullptr;
-  char name[KO_NAME_SIZE];
-  library_name(r, type, node, name);
-  T *obj = construct(r, [&](ko_err *e) { return make(name, e); });
-  if (obj == nullptr) return nullptr;
-  set_end(end_index, node);
-  return static_cast<T *>(finish_object(obj, node, extras));
-}
-
-// A node of the name-only kind written back: KEYWORD["name"] and its tail.
-int write_name_only(const void *obj, uint32_t type, const char *keyword, const char *authority,
-                    uint32_t options, int size, char *buf) {
-  TextOut out(buf, size);
-  if (skip_object(obj, type, options)) return out.finish();
-  put_named_header(out, keyword, obj, authority, options);
-  put_tail(out, obj, nullptr, authority, options);
-  return out.finish();
-}
-
 }  // namespace
 
 namespace ko::wkt1 {
@@ -109,36 +73,27 @@ int ko_wkt_authority_to_str(const ko_authority *a, const char *, uint32_t option
 // number in range.
 ko_authority *ko_wkt_authority_from_tokens(const ko_wkt_tokens *tokens, const char *authority,
                                            int index, int *end_index, ko_err *err) {
-  Reader r{tokens, authority, err};
-  Node node;
-  Children c;
-  if (tokens == nullptr || !open_node(r, index, "AUTHORITY", "ID", node) ||
-      !scan_children(r, node, {}, c))
-    return nullptr;
-  if (node.name[0] == '\0') {
-    report(err, 474, node.keyword, "");
-    return nullptr;
-  }
-  const char *code_text = value_text(r, c, 0);
-  if (code_text == nullptr) {
-    report(err, 473, node.keyword, node.name);
+  NodeRead n(tokens, authority, err);
+  if (!n.open(index, "AUTHORITY", "ID")) return nullptr;
+  const char *code_text = value_text(n.r, n.c, 0);
+  int missing = n.node.name[0] == '\0' ? 474 : code_text == nullptr ? 473 : 0;
+  if (missing != 0) {
+    report(err, missing, n.node.keyword, n.node.name);
     return nullptr;
   }
   double code = 0.0;
-  if (!whole_number(r, code_text, node, std::numeric_limits<int32_t>::min(),
+  if (!whole_number(n.r, code_text, n.node, std::numeric_limits<int32_t>::min(),
                     std::numeric_limits<int32_t>::max(), code))
     return nullptr;
-  const char *version = value_text(r, c, 1);
-  ko_authority *a = construct(r, [&](ko_err *e) {
-    return ko_authority_new_errext(node.name, static_cast<int32_t>(code), version, e);
+  const char *version = value_text(n.r, n.c, 1);
+  ko_authority *a = construct(n.r, [&](ko_err *e) {
+    return ko_authority_new_errext(n.node.name, static_cast<int32_t>(code), version, e);
   });
-  if (a != nullptr) set_end(end_index, node);
+  if (a != nullptr) set_end(end_index, n.node);
   return a;
 }
 
-ko_authority *ko_wkt_authority_from_str(const char *text, const char *authority, ko_err *err) {
-  return read_text(text, authority, err, "AUTHORITY", "ID", ko_wkt_authority_from_tokens);
-}
+KO_WKT1_DEFINE_FROM_STR(authority, ko_authority, "AUTHORITY", "ID")
 
 // --- DISPNAME ----------------------------------------------------------------
 
@@ -163,17 +118,14 @@ ko_dispname *ko_wkt_dispname_from_tokens(const ko_wkt_tokens *tokens, const char
   return d;
 }
 
-ko_dispname *ko_wkt_dispname_from_str(const char *text, const char *authority, ko_err *err) {
-  return read_text(text, authority, err, "DISPNAME", nullptr, ko_wkt_dispname_from_tokens);
-}
+KO_WKT1_DEFINE_FROM_STR(dispname, ko_dispname, "DISPNAME", nullptr)
 
 // --- METADATA ----------------------------------------------------------------
 
 int ko_wkt_metadata_to_str(const ko_metadata *m, const char *authority, uint32_t options, int size,
                            char *buf) {
   TextOut out(buf, size);
-  if (skip_object(m, KO_TYPE_METADATA, options)) return out.finish();
-  put_named_header(out, "METADATA", m, authority, options);
+  if (!begin_node(out, m, KO_TYPE_METADATA, "METADATA", authority, options)) return out.finish();
   const ko_gcs_extent *e = ko_metadata_gcs_extent_ptr(m);
   for (double v : {e->west, e->south, e->east, e->north, e->lon_step, e->lat_step})
     put_number(out, v, options);
@@ -186,43 +138,33 @@ int ko_wkt_metadata_to_str(const ko_metadata *m, const char *authority, uint32_t
 // number is error 471; the area code may be left out (0).
 ko_metadata *ko_wkt_metadata_from_tokens(const ko_wkt_tokens *tokens, const char *authority,
                                          int index, int *end_index, ko_err *err) {
-  Reader r{tokens, authority, err};
-  Node node;
-  Children c;
-  Extras extras;
-  if (tokens == nullptr || !open_node(r, index, "METADATA", nullptr, node) ||
-      !scan_children(r, node, {}, c))
-    return nullptr;
+  NodeRead n(tokens, authority, err);
+  if (!n.open(index, "METADATA", nullptr)) return nullptr;
   double v[6] = {};
   for (int k = 0; k < 6; ++k)
-    if (!value_number(r, node, c, k, 471, v[k])) return nullptr;
+    if (!value_number(n.r, n.node, n.c, k, 471, v[k])) return nullptr;
   double area = 0.0;
-  if (const char *text = value_text(r, c, 6);
-      text != nullptr && !whole_number(r, text, node, 0.0, 4294967295.0, area))
+  if (const char *text = value_text(n.r, n.c, 6);
+      text != nullptr && !whole_number(n.r, text, n.node, 0.0, 4294967295.0, area))
     return nullptr;
-  if (!read_extras(r, c, extras)) return nullptr;
+  if (!n.read_extras()) return nullptr;
   char name[KO_NAME_SIZE];
-  library_name(r, KO_TYPE_METADATA, node, name);
+  n.name(KO_TYPE_METADATA, name);
   const ko_gcs_extent extent{v[0], v[1], v[2], v[3], v[4], v[5]};
-  ko_metadata *m = construct(r, [&](ko_err *e) {
-    return ko_metadata_new_errext(name, &extent, static_cast<uint32_t>(area), e);
-  });
-  if (m == nullptr) return nullptr;
-  set_end(end_index, node);
-  return static_cast<ko_metadata *>(finish_object(m, node, extras));
+  return n.done(construct(n.r, [&](ko_err *e) {
+                  return ko_metadata_new_errext(name, &extent, static_cast<uint32_t>(area), e);
+                }),
+                end_index);
 }
 
-ko_metadata *ko_wkt_metadata_from_str(const char *text, const char *authority, ko_err *err) {
-  return read_text(text, authority, err, "METADATA", nullptr, ko_wkt_metadata_from_tokens);
-}
+KO_WKT1_DEFINE_FROM_STR(metadata, ko_metadata, "METADATA", nullptr)
 
 // --- PARAMETER ---------------------------------------------------------------
 
 int ko_wkt_parameter_to_str(const ko_parameter *p, const char *authority, uint32_t options,
                             int size, char *buf) {
   TextOut out(buf, size);
-  if (skip_object(p, KO_TYPE_PARAMETER, options)) return out.finish();
-  put_named_header(out, "PARAMETER", p, authority, options);
+  if (!begin_node(out, p, KO_TYPE_PARAMETER, "PARAMETER", authority, options)) return out.finish();
   put_number(out, ko_parameter_value(p), options);
   put_tail(out, p, nullptr, authority, options);
   return out.finish();
@@ -233,26 +175,18 @@ int ko_wkt_parameter_to_str(const ko_parameter *p, const char *authority, uint32
 // unit.
 ko_parameter *ko_wkt_parameter_from_tokens(const ko_wkt_tokens *tokens, const char *authority,
                                            int index, int *end_index, ko_err *err) {
-  Reader r{tokens, authority, err};
-  Node node;
-  Children c;
-  Extras extras;
+  NodeRead n(tokens, authority, err);
   double value = 0.0;
-  if (tokens == nullptr || !open_node(r, index, "PARAMETER", nullptr, node) ||
-      !scan_children(r, node, {}, c) || !value_number(r, node, c, 0, 450, value) ||
-      !read_extras(r, c, extras))
+  if (!n.open(index, "PARAMETER", nullptr) || !value_number(n.r, n.node, n.c, 0, 450, value) ||
+      !n.read_extras())
     return nullptr;
   char name[KO_NAME_SIZE];
-  library_name(r, KO_TYPE_PARAMETER, node, name);
-  ko_parameter *p = construct(r, [&](ko_err *e) { return ko_parameter_new_errext(name, value, e); });
-  if (p == nullptr) return nullptr;
-  set_end(end_index, node);
-  return static_cast<ko_parameter *>(finish_object(p, node, extras));
+  n.name(KO_TYPE_PARAMETER, name);
+  return n.done(construct(n.r, [&](ko_err *e) { return ko_parameter_new_errext(name, value, e); }),
+                end_index);
 }
 
-ko_parameter *ko_wkt_parameter_from_str(const char *text, const char *authority, ko_err *err) {
-  return read_text(text, authority, err, "PARAMETER", nullptr, ko_wkt_parameter_from_tokens);
-}
+KO_WKT1_DEFINE_FROM_STR(parameter, ko_parameter, "PARAMETER", nullptr)
 
 // --- PROJECTION --------------------------------------------------------------
 
@@ -265,20 +199,15 @@ int ko_wkt_projection_to_str(const ko_projection *p, const char *authority, uint
 // 309 with the name.
 ko_projection *ko_wkt_projection_from_tokens(const ko_wkt_tokens *tokens, const char *authority,
                                              int index, int *end_index, ko_err *err) {
-  Reader r{tokens, authority, err};
-  if (tokens == nullptr) return nullptr;
   return read_name_only<ko_projection>(
-      r, index, end_index, "PROJECTION", KO_TYPE_PROJECTION, [&](const char *name, ko_err *e) {
-        if (ko_projlist_from_name(name) == nullptr) {
-          ko_err_arg(e, KO_SEV_ERROR, KO_ERRCAT_PARSE, 309, "PROJECTION", "s", name);
-          return static_cast<ko_projection *>(nullptr);
-        }
-        return ko_projlist_projection_from_name(name, e);
+      tokens, authority, index, end_index, err, "PROJECTION", KO_TYPE_PROJECTION,
+      [](const char *name, ko_err *e) -> ko_projection * {
+        if (ko_projlist_from_name(name) != nullptr) return ko_projlist_projection_from_name(name, e);
+        ko_err_arg(e, KO_SEV_ERROR, KO_ERRCAT_PARSE, 309, "PROJECTION", "s", name);
+        return nullptr;
       });
 }
 
-ko_projection *ko_wkt_projection_from_str(const char *text, const char *authority, ko_err *err) {
-  return read_text(text, authority, err, "PROJECTION", nullptr, ko_wkt_projection_from_tokens);
-}
+KO_WKT1_DEFINE_FROM_STR(projection, ko_projection, "PROJECTION", nullptr)
 
 }  // extern "C"

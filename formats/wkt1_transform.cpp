@@ -17,35 +17,17 @@ extern "C" {
 
 int ko_wkt_method_to_str(const ko_method *m, const char *authority, uint32_t options, int size,
                          char *buf) {
-  TextOut out(buf, size);
-  if (skip_object(m, KO_TYPE_METHOD, options)) return out.finish();
-  char name[KO_NAME_SIZE];
-  put_header(out, "METHOD", choose_name(m, authority, options, name));
-  put_tail(out, m, nullptr, authority, options);
-  return out.finish();
+  return write_name_only(m, KO_TYPE_METHOD, "METHOD", authority, options, size, buf);
 }
 
 // METHOD["name"]: a name the method list does not know is error 305.
 ko_method *ko_wkt_method_from_tokens(const ko_wkt_tokens *tokens, const char *authority, int index,
                                      int *end_index, ko_err *err) {
-  Reader r{tokens, authority, err};
-  Node node;
-  Children c;
-  Extras extras;
-  if (tokens == nullptr || !open_node(r, index, "METHOD", nullptr, node) ||
-      !scan_children(r, node, {}, c) || !read_extras(r, c, extras))
-    return nullptr;
-  char name[KO_NAME_SIZE];
-  library_name(r, KO_TYPE_METHOD, node, name);
-  ko_method *m = construct(r, [&](ko_err *e) { return ko_methlist_method_from_name(name, e); });
-  if (m == nullptr) return nullptr;
-  set_end(end_index, node);
-  return static_cast<ko_method *>(finish_object(m, node, extras));
+  return read_name_only<ko_method>(tokens, authority, index, end_index, err, "METHOD", KO_TYPE_METHOD,
+                                   ko_methlist_method_from_name);
 }
 
-ko_method *ko_wkt_method_from_str(const char *text, const char *authority, ko_err *err) {
-  return read_text(text, authority, err, "METHOD", nullptr, ko_wkt_method_from_tokens);
-}
+KO_WKT1_DEFINE_FROM_STR(method, ko_method, "METHOD", nullptr)
 
 // --- GEOGTRAN ----------------------------------------------------------------
 
@@ -54,9 +36,7 @@ ko_method *ko_wkt_method_from_str(const char *text, const char *authority, ko_er
 int ko_wkt_geogtran_to_str(const ko_geogtran *gt, const char *authority, uint32_t options, int size,
                            char *buf) {
   TextOut out(buf, size);
-  if (skip_object(gt, KO_TYPE_GEOGTRAN, options)) return out.finish();
-  char name[KO_NAME_SIZE];
-  put_header(out, "GEOGTRAN", choose_name(gt, authority, options, name));
+  if (!begin_node(out, gt, KO_TYPE_GEOGTRAN, "GEOGTRAN", authority, options)) return out.finish();
   uint32_t child = level_of(options).child_options;
   put_child(out, ko_wkt_geogcs_to_str, ko_geogtran_geogcs1(gt), authority, child);
   put_child(out, ko_wkt_geogcs_to_str, ko_geogtran_geogcs2(gt), authority, child);
@@ -84,57 +64,54 @@ int ko_wkt_geogtran_to_str(const ko_geogtran *gt, const char *authority, uint32_
 ko_geogtran *ko_wkt_geogtran_from_tokens(const ko_wkt_tokens *tokens, const char *authority,
                                          int index, int *end_index, ko_err *err) {
   enum { kMethod, kAccuracy, kGeogcs, kParameter };
-  static constexpr ChildSpec kSpecs[] = {{"METHOD", nullptr, 410},
+  static constexpr ChildKind kChildren[] = {{"METHOD", nullptr, 410},
                                          {"OPERATIONACCURACY", nullptr, 352},
                                          {"GEOGCS", nullptr, 0},
                                          {"PARAMETER", nullptr, 0}};
-  Reader r{tokens, authority, err};
-  Node node;
-  Children c;
-  Extras extras;
+  NodeRead n(tokens, authority, err);
+  const Children &c = n.c;
   ko::Unique<ko_method> method;
   std::array<ko::Unique<ko_geogcs>, 2> gcs;
   ParameterSlots parms;
   ko_metadata **metadata_ptr = nullptr;
-  if (tokens == nullptr || !open_node(r, index, "GEOGTRAN", nullptr, node) ||
-      !scan_children(r, node, kSpecs, c) ||
-      !read_child(r, c.first[kMethod], ko_wkt_method_from_tokens, method))
+  if (!n.open(index, "GEOGTRAN", nullptr, kChildren) ||
+      !read_child(n.r, c.first[kMethod], ko_wkt_method_from_tokens, method))
     return nullptr;
   std::size_t systems = 0;
   for (int k = 0; k < c.repeat_count; ++k) {
     if (c.repeats[k].kind != kGeogcs) continue;
     if (systems == gcs.size()) {
-      report(err, 406, node.keyword, node.name);
+      report(err, 406, n.node.keyword, n.node.name);
       return nullptr;
     }
-    if (!read_child(r, c.repeats[k].at, ko_wkt_geogcs_from_tokens, gcs[systems])) return nullptr;
+    if (!read_child(n.r, c.repeats[k].at, ko_wkt_geogcs_from_tokens, gcs[systems])) return nullptr;
     if (gcs[systems] != nullptr) ++systems;
   }
   double accuracy = kUnknownAccuracy;
   if (const int at = c.first[kAccuracy]; at >= 0) {
-    if (at + 1 >= node.end || tokens->tokens[at + 1].depth <= tokens->tokens[at].depth) {
-      report(err, 475, node.keyword, "OPERATIONACCURACY");
+    if (at + 1 >= n.node.end || tokens->tokens[at + 1].depth <= tokens->tokens[at].depth) {
+      report(err, 475, n.node.keyword, "OPERATIONACCURACY");
       return nullptr;
     }
-    if (!parse_number(r, tokens->tokens[at + 1].text, node, accuracy)) return nullptr;
+    if (!parse_number(n.r, tokens->tokens[at + 1].text, n.node, accuracy)) return nullptr;
   }
-  if (!read_parameters(r, node, c, kParameter, KO_PARM_CAT_GEOGTRAN, parms) ||
-      !read_metadata(r, c, metadata_ptr))
+  if (!read_parameters(n.r, n.node, c, kParameter, KO_PARM_CAT_GEOGTRAN, parms) ||
+      !read_metadata(n.r, c, metadata_ptr))
     return nullptr;
   UniqueMetadata metadata(metadata_ptr);
-  if (!read_extras(r, c, extras)) return nullptr;
+  if (!n.read_extras()) return nullptr;
   const bool one_gcs = ko_method_rtn_type(method.get()) == static_cast<int>(KO_MTH_RTN_ONE_GCS);
   const int missing = gcs[0] == nullptr                 ? 434
                       : gcs[1] == nullptr && !one_gcs    ? 435
                       : method == nullptr                ? 439
                                                          : 0;
   if (missing != 0) {
-    report(err, missing, node.keyword, node.name);
+    report(err, missing, n.node.keyword, n.node.name);
     return nullptr;
   }
   char name[KO_NAME_SIZE];
-  library_name(r, KO_TYPE_GEOGTRAN, node, name);
-  ko_geogtran *gt = construct(r, [&](ko_err *e) {
+  n.name(KO_TYPE_GEOGTRAN, name);
+  ko_geogtran *gt = construct(n.r, [&](ko_err *e) {
     return ko_geogtran_ext_new_errext(name, gcs[0].get(), gcs[1].get(), method.get(), parms.ptrs.data(),
                                       metadata.get(), nullptr, e, accuracy);
   });
@@ -143,12 +120,9 @@ ko_geogtran *ko_wkt_geogtran_from_tokens(const ko_wkt_tokens *tokens, const char
   method.release();
   parms.release();
   metadata.release();
-  set_end(end_index, node);
-  return static_cast<ko_geogtran *>(finish_object(gt, node, extras));
+  return n.done(gt, end_index);
 }
 
-ko_geogtran *ko_wkt_geogtran_from_str(const char *text, const char *authority, ko_err *err) {
-  return read_text(text, authority, err, "GEOGTRAN", nullptr, ko_wkt_geogtran_from_tokens);
-}
+KO_WKT1_DEFINE_FROM_STR(geogtran, ko_geogtran, "GEOGTRAN", nullptr)
 
 }  // extern "C"

@@ -6,6 +6,8 @@
 #include "formats/wkt1.h"
 #include "objects/units.h"
 
+#include <cmath>
+
 namespace {
 
 using ko::text::TextOut;
@@ -48,10 +50,8 @@ void put_units_text(TextOut &out, const ko_uchar *text) {
 int write_unit(const UnitWkt &kind, const void *obj, const char *authority, uint32_t options,
                int size, char *buf) {
   TextOut out(buf, size);
-  if (skip_object(obj, kind.type, options)) return out.finish();
+  if (!begin_node(out, obj, kind.type, kind.write_keyword, authority, options)) return out.finish();
   const ko_unit *u = ko::unit_of(obj);
-  char name[KO_NAME_SIZE];
-  put_header(out, kind.write_keyword, choose_name(obj, authority, options, name));
   put_number(out, u->factor, options);
   if ((options & KO_STR_UNIT_NAMES) != 0) {
     put_units_text(out, u->display_name);
@@ -66,28 +66,23 @@ int write_unit(const UnitWkt &kind, const void *obj, const char *authority, uint
 // without a factor, 422 for a factor that is not above 0.
 ko_unit *read_unit(const UnitWkt &kind, const ko_wkt_tokens *tokens, const char *authority,
                    int index, int *end_index, ko_err *err) {
-  Reader r{tokens, authority, err};
-  Node node;
-  Children c;
-  Extras extras;
+  NodeRead n(tokens, authority, err);
   double factor = 0.0;
-  if (tokens == nullptr || !open_node(r, index, kind.keyword, kind.alt, node) ||
-      !scan_children(r, node, {}, c) || !value_number(r, node, c, 0, 455, factor))
+  if (!n.open(index, kind.keyword, kind.alt) || !value_number(n.r, n.node, n.c, 0, 455, factor))
     return nullptr;
   if (!(factor > 0.0) && !std::isnan(factor)) {
-    report(err, 422, node.keyword, value_text(r, c, 0));
+    report(err, 422, n.node.keyword, value_text(n.r, n.c, 0));
     return nullptr;
   }
-  if (!read_extras(r, c, extras)) return nullptr;
+  if (!n.read_extras()) return nullptr;
   char name[KO_NAME_SIZE];
-  library_name(r, kind.type, node, name);
-  ko_unit *u = construct(r, [&](ko_err *e) {
-    return kind.make(name, value_text(r, c, 1), value_text(r, c, 2), value_text(r, c, 3), factor,
-                     e);
-  });
-  if (u == nullptr) return nullptr;
-  set_end(end_index, node);
-  return static_cast<ko_unit *>(finish_object(u, node, extras));
+  n.name(kind.type, name);
+  return n.done(construct(n.r,
+                          [&](ko_err *e) {
+                            return kind.make(name, value_text(n.r, n.c, 1), value_text(n.r, n.c, 2),
+                                             value_text(n.r, n.c, 3), factor, e);
+                          }),
+                end_index);
 }
 
 }  // namespace
@@ -101,10 +96,7 @@ ko_unit *read_unit(const UnitWkt &kind, const ko_wkt_tokens *tokens, const char 
                                    int index, int *end_index, ko_err *err) {                    \
     return reinterpret_cast<T *>(read_unit(kind, tokens, authority, index, end_index, err));    \
   }                                                                                             \
-  T *ko_wkt_##prefix##_from_str(const char *text, const char *authority, ko_err *err) {         \
-    return read_text(text, authority, err, kind.keyword, kind.alt,                              \
-                     ko_wkt_##prefix##_from_tokens);                                            \
-  }
+  KO_WKT1_DEFINE_FROM_STR(prefix, T, kind.keyword, kind.alt)
 
 extern "C" {
 KO_WKT1_UNIT_FUNCTIONS(linunit, ko_linunit, kLinear)

@@ -1,6 +1,7 @@
 // The formatter table, string-type sniffing and the public object text
 // entry points.
 #include "ko.h"
+#include "formats/wkt_support.h"
 #include "objects/object_support.h"
 
 #include <gtest/gtest.h>
@@ -14,14 +15,9 @@ using ko::test::Report;
 using ko::test::expect_report;
 using ko::test::stale_record;
 
-constexpr char kWgs84[] =
-    R"(GEOGCS["GCS_WGS_1984",DATUM["D_WGS_1984",SPHEROID["WGS_1984",6378137.0,298.257223563]],)"
-    R"(PRIMEM["Greenwich",0.0],UNIT["Degree",0.0174532925199433]])";
+using ko::test::kWgs84;
 
-struct Deleter {
-  void operator()(void *p) const { ko_object_del(p); }
-};
-using Obj = std::unique_ptr<void, Deleter>;
+using ko::test::Obj;
 
 Obj read(const char *text) { return Obj(ko_object_from_string(text)); }
 

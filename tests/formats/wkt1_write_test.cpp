@@ -15,9 +15,7 @@ using ko::test::Obj;
 using ko::test::read_text;
 using ko::test::write_text;
 
-constexpr char kWgs84[] =
-    R"(GEOGCS["GCS_WGS_1984",DATUM["D_WGS_1984",SPHEROID["WGS_1984",6378137.0,298.257223563]],)"
-    R"(PRIMEM["Greenwich",0.0],UNIT["Degree",0.0174532925199433]])";
+using ko::test::kWgs84;
 
 int count(const std::string &text, const std::string &word) {
   int n = 0;

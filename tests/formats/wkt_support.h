@@ -12,6 +12,12 @@
 
 namespace ko::test {
 
+// The geographic system of WGS 84 as the library writes it (the worked
+// example of the format's description).
+inline constexpr char kWgs84[] =
+    R"(GEOGCS["GCS_WGS_1984",DATUM["D_WGS_1984",SPHEROID["WGS_1984",6378137.0,298.257223563]],)"
+    R"(PRIMEM["Greenwich",0.0],UNIT["Degree",0.0174532925199433]])";
+
 struct ObjectDeleter {
   void operator()(void *p) const { ko_object_del(p); }
 };

@@ -1,5 +1,6 @@
 // Tokenizer, pretty-printer and keyword helpers of the WKT1 format.
 #include "ko.h"
+#include "formats/wkt_support.h"
 
 #include <gtest/gtest.h>
 
@@ -218,9 +219,7 @@ TEST(WktTokenizer, DeepNestingStaysWithinTheLimits) {
 
 // --- Pretty-printer -----------------------------------------------------------
 
-constexpr char kWgs84[] =
-    R"(GEOGCS["GCS_WGS_1984",DATUM["D_WGS_1984",SPHEROID["WGS_1984",6378137.0,298.257223563]],)"
-    R"(PRIMEM["Greenwich",0.0],UNIT["Degree",0.0174532925199433]])";
+using ko::test::kWgs84;
 
 // The worked example of the format's description.
 constexpr char kWgs84Expanded[] =
