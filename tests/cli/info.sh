@@ -130,8 +130,8 @@ bad WKT|Missing datum in WKT string|'GEOGCS["y"]'
 unreadable text|Invalid syntax|'+proj=utm +zone=33'
 code of another type|is a geographic coordinate system (GCS_WGS_1984), not a projected coordinate system|--type projcs 4326
 unknown type|unknown type 'nonsense'|--type nonsense 4326
-wkt2 not written|cannot write wkt2 text|--format wkt2 4326
-proj4 not written|cannot write proj4 text|--format proj4 4326
+wkt2 not written|cannot write a geographic coordinate system as wkt2 text yet|--format wkt2 4326
+proj4 not written|cannot write a geographic coordinate system as proj4 text yet|--format proj4 4326
 unknown format|unknown format 'xml'|--format xml 4326
 no object|expects one object|
 two objects|expects one object|4326 4267

@@ -119,6 +119,8 @@ Object<void> load_object(std::string_view what, std::span<const uint32_t> types,
 std::span<const uint32_t> default_type_order();
 // "projected coordinate system" for KO_TYPE_PROJCS and so on.
 const char *type_description(uint32_t type);
+// "a projected coordinate system", "an area of use".
+std::string with_article(const char *noun);
 // A type from its name ("projcs", "geogtran", "coordsys", ...) or short
 // name ("pcs"); 0 when unknown.
 uint32_t type_from_name(std::string_view name);

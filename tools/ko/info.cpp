@@ -57,7 +57,8 @@ constexpr std::string_view kDescription =
 
 constexpr std::string_view kExitStatus =
     "0 when the object was written; 2 for a usage error, an unknown code or name, text "
-    "that is not valid WKT or a format that cannot be written.";
+    "that is not valid WKT, or an object that the library cannot write in the format "
+    "asked for (the summary is still written).";
 
 enum InfoOption { kType = 't', kCompact = 'c', kFormat = 'f', kAuthority = 'a', kWktOnly = 'q' };
 
@@ -247,7 +248,6 @@ void print_parts(const void *obj) {
 }
 
 void print_summary(const void *obj) {
-  std::printf("\n");
   line("name:", object_name(obj));
   line("type:", type_description(ko_object_type(obj)));
   std::string authority = authority_code(obj);
@@ -310,14 +310,21 @@ int run_info(int argc, char **argv) {
                                                                  : options.authority.c_str());
   if (!obj) return kExitUsage;
 
+  // A format, or a type in a format, that the library cannot write yet
+  // leaves the text empty: the summary is still shown, the status says so.
   const std::string text = object_text(obj.get(), options);
   if (text.empty()) {
-    complain("the library cannot write %s text yet; use --format wkt1", options.format_name);
-    return kExitUsage;
+    complain("the library cannot write %s as %s text yet",
+             with_article(type_description(ko_object_type(obj.get()))).c_str(),
+             options.format_name);
+  } else {
+    std::printf("%s\n", text.c_str());
   }
-  std::printf("%s\n", text.c_str());
-  if (!options.wkt_only) print_summary(obj.get());
-  return kExitOk;
+  if (!options.wkt_only) {
+    if (!text.empty()) std::printf("\n");
+    print_summary(obj.get());
+  }
+  return text.empty() ? kExitUsage : kExitOk;
 }
 
 }  // namespace ko::cli

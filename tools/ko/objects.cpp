@@ -102,12 +102,6 @@ bool type_allowed(uint32_t type, std::span<const uint32_t> types) {
   return false;
 }
 
-// "a projected coordinate system", "an area of use".
-std::string with_article(const char *noun) {
-  const bool vowel = std::strchr("aeiou", noun[0]) != nullptr;
-  return std::string(vowel ? "an " : "a ") + noun;
-}
-
 std::string allowed_types_text(std::span<const uint32_t> types) {
   if (types.size() == 1) return with_article(type_description(types.front()));
   if (types.size() == 2 && types[0] == KO_TYPE_PROJCS && types[1] == KO_TYPE_GEOGCS)
@@ -166,6 +160,11 @@ Object<void> from_text(const std::string &text, std::span<const uint32_t> types,
 }
 
 }  // namespace
+
+std::string with_article(const char *noun) {
+  const bool vowel = noun[0] != '\0' && std::strchr("aeiou", noun[0]) != nullptr;
+  return std::string(vowel ? "an " : "a ") + noun;
+}
 
 std::span<const uint32_t> default_type_order() { return kTypeOrder; }
 
