@@ -169,7 +169,7 @@ class Transformer {
   bool operator()(PointBlock &block);
 
  private:
-  bool add_step(ko_geogtran *gt, int direction);
+  void add_step(ko_geogtran *gt, int direction);
   bool choose(double lon, double lat);
   void announce() const;
   void run_step(const Step &step, PointBlock &block);
@@ -190,11 +190,10 @@ class Transformer {
   std::vector<double> saved_xy_, saved_z_, heights_;
 };
 
-bool Transformer::add_step(ko_geogtran *gt, int direction) {
+void Transformer::add_step(ko_geogtran *gt, int direction) {
   const ko_geogcs *in = direction == 0 ? ko_geogtran_geogcs1(gt) : ko_geogtran_geogcs2(gt);
   const ko_geogcs *out = direction == 0 ? ko_geogtran_geogcs2(gt) : ko_geogtran_geogcs1(gt);
   steps_.push_back({gt, direction, meridian_of(in), meridian_of(out)});
-  return true;
 }
 
 bool Transformer::use_via(std::span<const std::string_view> names) {
