@@ -80,11 +80,8 @@ ko_vertcs *vertical_end(int32_t code, Context &ctx) {
 void *build_vdatum(const Found &found, Context &ctx) {
   const auto *r = static_cast<const ko_db_datum_rec *>(found.record);
   ko_vdatum *d = ko_vdatum_ext_new_errext(r->name, r->anchor, nullptr, ctx.err);
-  if (d == nullptr) return nullptr;
-  if (const ko_db_epoch_rec *epoch = ko_db_builtin_epoch_lookup(found.row, found.code)) {
-    const ko_db_text_rec *frame = ko_db_builtin_description_lookup(found.row, found.code);
-    ko_vdatum_set_dynamic(d, frame != nullptr ? frame->text : r->name, epoch->epoch);
-  }
+  if (Frame frame{}; d != nullptr && dynamic_frame(found, r->name, frame))
+    ko_vdatum_set_dynamic(d, frame.name, frame.epoch);
   return d;
 }
 
@@ -185,35 +182,21 @@ void *build_verttran(const Found &found, Context &ctx) {
     horizontal.reset(build_part(KO_TYPE_GEOGCS, r->interpolation, ctx));
     if (horizontal == nullptr) return nullptr;
   }
-  bool ok = true;
-  UniqueMetadata metadata = area_metadata(found.row, found.code, ok, ctx);
-  if (!ok) return nullptr;
-  ko::Unique<ko_remark> remark;
-  if (const ko_db_text_rec *text = ko_db_builtin_description_lookup(found.row, found.code)) {
-    remark.reset(ko_remark_new_errext(text->text, ctx.err));
-    if (remark == nullptr) return nullptr;
-  }
-  std::array<ko_parameter *, KO_PARM_COUNT> parms{};
-  if (!build_pool_parameters(ko_obj_verttran_parms, ko_obj_verttran_parms_cnt, r->parm_first,
-                             r->parm_count, ko_obj_verttran_parm_texts,
-                             ko_obj_verttran_parm_texts_cnt, parms.data(), ctx))
+  const ParmRun run{ko_obj_verttran_parms, ko_obj_verttran_parms_cnt, r->parm_first,
+                    r->parm_count, ko_obj_verttran_parm_texts, ko_obj_verttran_parm_texts_cnt};
+  OperationParts parts;
+  if (!operation_parts(found, run, parts, ctx) || !give_verttran_units(parts.parms.data(), ctx))
     return nullptr;
-  ko_verttran *vt = give_verttran_units(parms.data(), ctx)
-                        ? ko_verttran_ext_new_errext(r->name, horizontal.get(), vcs1.get(),
-                                                     vcs2.get(), method.get(), parms.data(),
-                                                     metadata.get(), remark.get(), ctx.err,
-                                                     r->accuracy)
-                        : nullptr;
-  if (vt == nullptr) {
-    delete_parameters(parms.data());
-    return nullptr;
-  }
+  ko_verttran *vt = ko_verttran_ext_new_errext(r->name, horizontal.get(), vcs1.get(), vcs2.get(),
+                                               method.get(), parts.parms.data(),
+                                               parts.metadata.get(), parts.remark.get(), ctx.err,
+                                               r->accuracy);
+  if (vt == nullptr) return nullptr;
   vcs1.release();  // the transformation owns its parts now
   vcs2.release();
   method.release();
   horizontal.release();
-  metadata.release();
-  remark.release();
+  parts.handed_over();
   if (const ko_db_version_rec *version = ko_db_builtin_version_lookup(found.row, found.code))
     ko_verttran_set_opversion(vt, version->version);
   return vt;

@@ -5,6 +5,7 @@
 
 #include "database/catalog.h"
 #include "ko.h"
+#include "objects/object_support.h"
 
 #include <gtest/gtest.h>
 
@@ -136,17 +137,6 @@ inline Obj check_code_and_name(uint32_t type, int32_t code) {
   EXPECT_NE(named, nullptr) << name << ": " << err.number;
   if (named != nullptr) expect_catalogue_header(named.get(), type, code, KO_STATUS_STRING);
   return code == now ? std::move(obj) : std::move(named);
-}
-
-// A record that a lookup must clear on entry.
-inline ko_err stale_record() {
-  ko_err err{};
-  err.severity = KO_SEV_ERROR;
-  err.category = KO_ERRCAT_PARSE;
-  err.number = 463;
-  std::snprintf(err.source, sizeof err.source, "%s", "left over");
-  std::snprintf(err.message, sizeof err.message, "%s", "left over");
-  return err;
 }
 
 // Rows of proj.db (EPSG rows only) by the sqlite3 program; fields split at
