@@ -53,7 +53,11 @@ done
 run_ko /dev/null help --man
 check "docs/ko.1 is up to date (ko help --man > docs/ko.1)" \
   diff <(echo "$out") "$source_dir/docs/ko.1"
-check "groff reads the page cleanly" bash -c "[ -z \"\$(groff -man -ww -z '$source_dir/docs/ko.1' 2>&1)\" ]"
+if command -v groff >/dev/null; then
+  check "groff reads the page cleanly" bash -c "[ -z \"\$(groff -man -ww -z '$source_dir/docs/ko.1' 2>&1)\" ]"
+else
+  echo "SKIP: groff is not installed (Debian package groff-base); the page was not typeset"
+fi
 # The page carries every command's options and examples in the same words.
 for command in info list project transform; do
   "$ko" "$command" --help | sed -n '/^EXAMPLES$/,/^EXIT/p' | sed -n 's/^        \$ //p' >"$work/examples"
