@@ -2165,6 +2165,158 @@ KO_API int ko_db_builtin_obj_copy(uint32_t type, const void *record, ko_db_rec *
  * Factory
  * ====================================================================== */
 
+/* Objects of the compiled-in catalogue, built from their code or name.
+ *
+ * By code: a code that the catalogue's code-change table has replaced
+ * builds the replacing object, which reports the new code as its code and
+ * the requested one as its original code (ko_object_get_orig_code) and has
+ * the status bit KO_STATUS_CODECHANGE.  By name: the name hash, the names
+ * compared the library's way (ko_strcmp_ci), then the synonyms of every
+ * authority ("WGS 84", "metre", "Transverse_Mercator" ...), then, for datums
+ * and geographic systems, the name with "D_" or "GCS_" put in front; a name
+ * finds the object it names even when that object was replaced.
+ *
+ * Every object made has status KO_STATUS_CODE (from a code) or
+ * KO_STATUS_STRING (from a name), its record's code as internal and
+ * external code, the authority name and version of its record ("EPSG" and
+ * the dataset version, or "KO" and "1" for the library's own objects), its
+ * name, and for units and the method-like lists (projections, parameters,
+ * methods) the display name the catalogue has.  A deprecated object adds
+ * the status bits of its deprecated flags: flag 1 KO_STATUS_DISCONTINUED,
+ * 2 KO_STATUS_DEAD, 4 KO_STATUS_DONOTUSE (the catalogue marks EPSG's
+ * deprecations with flag 1; an object marked do-not-use is not built).
+ * The parts of an object (a geographic system's datum, prime meridian and
+ * unit, a datum's spheroid, a projected system's geographic system,
+ * projection, parameters and unit ...) are built from the codes in its
+ * record in the same way, each with its own header fields; geographic and
+ * projected systems carry their area of use as metadata (see
+ * ko_factory_extent_from_code).
+ *
+ * Reports (severity 4, source the _errext function called, message the
+ * code or the name):
+ *   505 (category 32) a code below 1;
+ *   223 (category 2) a code the catalogue has for another type only;
+ *   the type's number (category 2) for a code the catalogue lacks: 203
+ *     geogcs, 204 projcs, 205 vertcs, 206 datum, 207 vdatum, 208 hvdatum,
+ *     209 geogtran, 210 unit, scaleunit and areaunit, 211 angunit, 212
+ *     linunit, 213 primem, 214 spheroid, 215 method, 216 htmethod, 217
+ *     projection, 218 parameter, 219 coordsys, 222 vtmethod; for the types
+ *     without a number of their own 201 when the code lies outside the
+ *     type's codes, else 202;
+ *   509 (category 32) a code marked do-not-use;
+ *   132 (category 2) a name found nowhere (also for null or "");
+ *   131 (category 4) a record naming a part the catalogue lacks;
+ *   1 (category 1) out of memory.
+ * Nothing is left behind when a call fails. */
+#define KO_DECLARE_FACTORY(prefix, T)                                                 \
+  KO_API T *ko_factory_##prefix##_from_code_errext(int32_t code, ko_err *err);        \
+  KO_API T *ko_factory_##prefix##_from_code(int32_t code);                            \
+  KO_API T *ko_factory_##prefix##_from_name_errext(const char *name, ko_err *err);    \
+  KO_API T *ko_factory_##prefix##_from_name(const char *name);
+KO_DECLARE_FACTORY(linunit, ko_linunit)
+KO_DECLARE_FACTORY(angunit, ko_angunit)
+KO_DECLARE_FACTORY(scaleunit, ko_scaleunit)
+KO_DECLARE_FACTORY(areaunit, ko_areaunit)
+/* Whichever linear, angular or scale unit has the code or name. */
+KO_DECLARE_FACTORY(unit, ko_unit)
+KO_DECLARE_FACTORY(spheroid, ko_spheroid)
+KO_DECLARE_FACTORY(primem, ko_primem)
+/* A datum with a reference epoch is dynamic (ko_datum_get_dynamic): the
+ * frame name is EPSG's name of the datum. */
+KO_DECLARE_FACTORY(datum, ko_datum)
+/* 2D systems keep their angular unit; 3D systems (an ellipsoidal height
+ * axis in EPSG's coordinate system) have three axes: longitude and
+ * latitude in the angular unit, ellipsoidal height in "Meter"
+ * (ko_geogcs_vert_unit). */
+KO_DECLARE_FACTORY(geogcs, ko_geogcs)
+KO_DECLARE_FACTORY(projection, ko_projection)
+/* A parameter on its own holds the list's default; angles carry the unit
+ * "Degree" (ko_parameter_value in degrees). */
+KO_DECLARE_FACTORY(parameter, ko_parameter)
+/* The conversion is named after its projection; the parameters sit in the
+ * slots of their codes with the system's units (angles in the geographic
+ * system's angular unit, lengths in the system's linear unit, scales
+ * "Unity"), as ko_projcs_parameters_fix gives them. */
+KO_DECLARE_FACTORY(projcs, ko_projcs)
+KO_DECLARE_FACTORY(method, ko_method)
+/* With its method, parameters (translations in "Meter", rotations in
+ * "Arcsecond", scale differences in "Parts_Per_Million", a grid as the
+ * parameter "Dataset_<file>"), accuracy, EPSG's remarks as remark, the
+ * record's version as operation version and its area of use as metadata. */
+KO_DECLARE_FACTORY(geogtran, ko_geogtran)
+KO_DECLARE_FACTORY(vdatum, ko_vdatum)
+/* With its Vertical_Shift (0) and Direction (1 heights, -1 depths)
+ * parameters. */
+KO_DECLARE_FACTORY(vertcs, ko_vertcs)
+KO_DECLARE_FACTORY(gxyzcs, ko_gxyzcs)
+KO_DECLARE_FACTORY(hvcoordsys, ko_hvcoordsys)
+KO_DECLARE_FACTORY(htmethod, ko_htmethod)
+KO_DECLARE_FACTORY(vtmethod, ko_vtmethod)
+/* A geographic 3D system at either end stands for its ellipsoidal heights:
+ * a vertical system on its datum in "Meter", named and coded as the
+ * geographic system.  A grid's geographic system, when the record names
+ * one, is the horizontal system (ko_verttran_coordsys).  Offsets are in "Meter" (unitless, the base unit),
+ * inclinations in "Arcsecond", the evaluation point in "Degree"; a grid is
+ * the parameter "Dataset_<file>". */
+KO_DECLARE_FACTORY(verttran, ko_verttran)
+
+/* An area of use as a metadata object: the area's name (cut to 79 bytes),
+ * its longitude/latitude box and its code as area code and object code.
+ * Unknown codes are error 131 (category 2), unknown names 132. */
+KO_DECLARE_FACTORY(extent, ko_metadata)
+
+/* Any type by its code (KO_TYPE_*, including KO_TYPE_COORDSYS,
+ * KO_TYPE_HVDATUM, KO_TYPE_TRANSFORM, KO_TYPE_UNIT and KO_TYPE_EXTENT),
+ * dispatched to the type's function above; err may be null.  A type the
+ * factory does not build is error 521 (category 32). */
+KO_API void *ko_factory_object_from_code(uint32_t type, int32_t code, ko_err *err);
+KO_API void *ko_factory_object_from_name(uint32_t type, const char *name, ko_err *err);
+
+/* Listing.  ko_factory_count: the catalogue objects of a type (a composite
+ * type counts its members; KO_TYPE_EXTENT the areas of use), -1 for a type
+ * the factory does not know.  ko_factory_code_at: the code at index in
+ * ascending code order (0 <= index < count), 0 outside.
+ * ko_factory_codes_in_extent: the codes, in ascending order, of the
+ * objects whose area of use holds the point (degrees; longitudes are taken
+ * modulo 360), deprecated ones included; at most max are written to out,
+ * and the result is how many there are, or -1 for a type without areas of
+ * use, a non-finite point, max below 0, a null out with max above 0, or
+ * when memory runs out. */
+KO_API int ko_factory_count(uint32_t type);
+KO_API int32_t ko_factory_code_at(uint32_t type, int index);
+KO_API int ko_factory_codes_in_extent(uint32_t type, double lon, double lat, int32_t *out,
+                                      int max);
+
+/* The catalogue's geographic transformations between two geographic
+ * systems (codes as the factory takes them, code changes followed), in
+ * either direction, whose area of use holds the point (degrees; a
+ * non-finite longitude or latitude accepts every area).  Deprecated ones
+ * are left out.  Ranked: known accuracy first, the most accurate first;
+ * then the smaller area of use (the more specific); then the lower code.
+ * At most max are written to out; the result is how many there are (0 for
+ * unknown or equal systems), -1 for max below 0 or a null out with max
+ * above 0. */
+typedef struct ko_factory_candidate {
+  int32_t code;       /* the transformation */
+  int32_t direction;  /* 0: as stored (gcs1 is its GCS 1); 1: run inverse */
+  double accuracy;    /* metres; 999.0 unknown */
+} ko_factory_candidate;
+KO_API int ko_factory_geogtran_candidates(int32_t gcs1, int32_t gcs2, double lon, double lat,
+                                          ko_factory_candidate *out, int max);
+/* A composite transformation (see ko_gtlist_entry) from gcs1 to gcs2 at the
+ * point: the best-ranked candidate that builds and whose grid, if it needs
+ * one, can be read (ko_geogtran_usable; the first 32 candidates are
+ * tried).  Without one, two steps through WGS 84 (4326): the best usable
+ * transformation gcs1 to WGS 84, then WGS 84 to gcs2, each chosen alone.
+ * One system to itself gives one step by the "Null" method.  The entry's
+ * rank is its number of steps, rank_primary the sum of the steps'
+ * accuracies in millimetres (999 m counted for an unknown one),
+ * rank_secondary the first step's code.  Unknown systems are error 203, no
+ * path error 225 (message "<gcs1> to <gcs2>"); delete the entry with
+ * ko_gtlist_entry_del. */
+KO_API struct ko_gtlist_entry *ko_factory_gtlist_best(int32_t gcs1, int32_t gcs2, double lon,
+                                                      double lat, ko_err *err);
+
 /* ======================================================================
  * Geographic transformations and methods
  * ====================================================================== */
@@ -2516,6 +2668,290 @@ KO_API int32_t ko_factory_gtlist_geog_to_geog(const ko_gtlist_entry *entry, int6
 /* ======================================================================
  * Text formats
  * ====================================================================== */
+
+/* Output options word of every text writer.  KO_STR_AUTH_TOP/_ALL form a
+ * two-bit field (1 top object only, 2 every level, 0 and 3 none), and so do
+ * KO_STR_DISP_TOP/_ALL.  The format bits double as the string type kept in
+ * an object's header (ko_object_string_type). */
+#define KO_STR_AUTH_TOP 0x1u          /* AUTHORITY for the top object only */
+#define KO_STR_AUTH_ALL 0x2u          /* AUTHORITY at every level */
+#define KO_STR_AUTH_VERSION 0x4u      /* AUTHORITY also carries the version */
+#define KO_STR_DISP_TOP 0x10u         /* DISPNAME for the top object only */
+#define KO_STR_DISP_ALL 0x20u         /* DISPNAME at every level */
+#define KO_STR_UNIT_NAMES 0x40u       /* UNIT with display name, plural, abbreviation */
+#define KO_STR_CANONICAL_NAMES 0x80u  /* the library's names, no synonyms */
+#define KO_STR_EXPAND 0x100u          /* pretty-print, one space per level */
+#define KO_STR_EXPAND_TABS 0x200u     /* pretty-print, one tab per level */
+#define KO_STR_HIDDEN 0x4000u         /* also hidden objects, marked AUTOGENERATED[] */
+#define KO_STR_NO_METADATA 0x8000u    /* no METADATA entries */
+#define KO_STR_FMT_WKT1 0x10000u      /* WKT1, the default format */
+#define KO_STR_FMT_RESERVED 0x20000u  /* no formatter answers it */
+#define KO_STR_FMT_PROJ4 0x40000u     /* PROJ.4 strings */
+#define KO_STR_FMT_WKT2 0x100000u     /* WKT2 */
+#define KO_STR_FMT_KEEP 0x200000u     /* no format bit: the format the object came from */
+#define KO_STR_FULL_PRECISION 0x2000000u /* 17 significant digits instead of 16 */
+#define KO_STR_SUBOBJECT 0x80000000u  /* set on an AUTHORITY/DISPNAME of a writer's own */
+#define KO_STR_FMT_MASK (KO_STR_FMT_WKT1 | KO_STR_FMT_RESERVED | KO_STR_FMT_PROJ4 | KO_STR_FMT_WKT2)
+
+#define KO_STR_BUFFER_SIZE 4096       /* buffer of the writers without a size */
+
+/* String types found by sniffing the first characters of a text. */
+#define KO_STRTYPE_NONE 0
+#define KO_STRTYPE_BRACKETED 4        /* KEYWORD[ or KEYWORD( */
+#define KO_STRTYPE_XML 5              /* '<' first; no formatter reads it */
+#define KO_STRTYPE_PROJ4 6            /* '+' first */
+
+/* Text writers return 0 when the text fits in buf (size bytes, terminator
+ * included); otherwise buf is emptied and the result is the size the
+ * buffer needs: the text's length plus one.  Readers return a new object
+ * or null, with the reason in err. */
+typedef int (*ko_formatter_write_fn)(const void *obj, const char *authority, uint32_t options,
+                                     int size, char *buf);
+typedef void *(*ko_formatter_read_fn)(uint32_t type, const char *text, const char *authority,
+                                      ko_err *err);
+typedef uint32_t (*ko_formatter_type_fn)(const char *text);
+
+/* One text format: the format bit that selects it on output, the string
+ * type that selects it on input, its writer, reader and keyword-to-type
+ * function.  ko_formatter_tbl holds WKT2, WKT1 and PROJ.4 in that order
+ * and ends with a row whose format is 0. */
+typedef struct ko_formatter {
+  uint32_t format;
+  int32_t string_type;
+  ko_formatter_write_fn write;
+  ko_formatter_read_fn read;
+  ko_formatter_type_fn object_type;
+} ko_formatter;
+KO_API extern const ko_formatter ko_formatter_tbl[];
+
+/* String type of a text: byte-order-mark bytes (0xEF 0xBB 0xBF, and any
+ * byte of 0xFE or more) are skipped; '<' gives KO_STRTYPE_XML, '+'
+ * KO_STRTYPE_PROJ4; a run of letters, digits and '_' followed, after white
+ * space, by '[' or '(' gives KO_STRTYPE_BRACKETED; anything else 0. */
+KO_API int ko_string_type(const char *text);
+KO_API int ko_formatters_string_type(const char *text);
+
+/* The writer chosen by the format bits of options (KO_STR_FMT_KEEP with
+ * none: the string type in the object's header; else WKT1).  buf is
+ * emptied first; no formatter for the format leaves it empty (result 0). */
+KO_API int ko_formatter_object_to_str(const void *obj, const char *authority, uint32_t options,
+                                      int size, char *buf);
+/* Reads text of any type (type 0) or of the types in the type mask: null
+ * text, or text empty after white space, is error 456; otherwise every
+ * formatter of the sniffed string type is tried in table order until one
+ * gives an object; none and no error recorded is error 463. */
+KO_API void *ko_formatter_str_to_object(uint32_t type, const char *text, const char *authority,
+                                        ko_err *err);
+/* Type code of the outer keyword of a text, 0 when none is known. */
+KO_API uint32_t ko_formatter_object_type(const char *text);
+
+/* The object text families.  The authority argument names the naming
+ * authority whose spelling of names is wanted: on output each name is that
+ * authority's synonym of the library's name, on input that authority's
+ * spelling is mapped back (null or empty: no authority).  Buffers without
+ * a size hold KO_STR_BUFFER_SIZE bytes. */
+KO_API int ko_object_to_string(const void *obj, char *buf);
+KO_API int ko_object_to_string_auth(const void *obj, const char *authority, char *buf);
+KO_API char *ko_object_to_string_ext(const void *obj, uint32_t options, char *buf);
+KO_API char *ko_object_to_string_auth_ext(const void *obj, const char *authority,
+                                          uint32_t options, char *buf);
+KO_API int ko_object_to_string_len(const void *obj, uint32_t options, int size, char *buf);
+KO_API int ko_object_to_string_auth_len(const void *obj, const char *authority,
+                                        uint32_t options, int size, char *buf);
+KO_API void *ko_object_from_string(const char *text);
+KO_API void *ko_object_from_string_auth(const char *text, const char *authority);
+KO_API void *ko_object_from_string_errext(const char *text, ko_err *err);
+KO_API void *ko_object_from_string_auth_errext(const char *text, const char *authority,
+                                               ko_err *err);
+KO_API void *ko_object_from_string_by_type(uint32_t type, const char *text);
+KO_API void *ko_object_from_string_by_type_errext(uint32_t type, const char *text, ko_err *err);
+KO_API void *ko_object_from_string_auth_by_type(uint32_t type, const char *text,
+                                                const char *authority);
+KO_API void *ko_object_from_string_auth_by_type_errext(uint32_t type, const char *text,
+                                                       const char *authority, ko_err *err);
+/* Each object type with a text form repeats these under its own prefix:
+ * ko_<t>_from_string (with _auth and _errext) reads only that type (the
+ * text's first node of that type), ko_<t>_to_string (with _auth, _ext and
+ * _len) writes as ko_object_to_string does. */
+#define KO_DECLARE_STRING_FORWARDS(prefix, T)                                                  \
+  KO_API T *ko_##prefix##_from_string(const char *text);                                       \
+  KO_API T *ko_##prefix##_from_string_auth(const char *text, const char *authority);           \
+  KO_API T *ko_##prefix##_from_string_errext(const char *text, ko_err *err);                   \
+  KO_API int ko_##prefix##_to_string(const T *obj, char *buf);                                 \
+  KO_API int ko_##prefix##_to_string_auth(const T *obj, const char *authority, char *buf);     \
+  KO_API char *ko_##prefix##_to_string_ext(const T *obj, uint32_t options, char *buf);         \
+  KO_API int ko_##prefix##_to_string_len(const T *obj, uint32_t options, int size, char *buf);
+KO_DECLARE_STRING_FORWARDS(geogcs, ko_geogcs)
+KO_DECLARE_STRING_FORWARDS(projcs, ko_projcs)
+KO_DECLARE_STRING_FORWARDS(datum, ko_datum)
+KO_DECLARE_STRING_FORWARDS(spheroid, ko_spheroid)
+KO_DECLARE_STRING_FORWARDS(primem, ko_primem)
+KO_DECLARE_STRING_FORWARDS(unit, ko_unit)
+KO_DECLARE_STRING_FORWARDS(linunit, ko_linunit)
+KO_DECLARE_STRING_FORWARDS(angunit, ko_angunit)
+KO_DECLARE_STRING_FORWARDS(scaleunit, ko_scaleunit)
+KO_DECLARE_STRING_FORWARDS(areaunit, ko_areaunit)
+KO_DECLARE_STRING_FORWARDS(parameter, ko_parameter)
+KO_DECLARE_STRING_FORWARDS(projection, ko_projection)
+KO_DECLARE_STRING_FORWARDS(method, ko_method)
+KO_DECLARE_STRING_FORWARDS(geogtran, ko_geogtran)
+KO_DECLARE_STRING_FORWARDS(metadata, ko_metadata)
+KO_DECLARE_STRING_FORWARDS(authority, ko_authority)
+KO_DECLARE_STRING_FORWARDS(dispname, ko_dispname)
+
+/* Type code of the outer keyword; the _u form narrows UTF-16 text (each
+ * unit's low byte, up to and including the first '[', at most 4095). */
+KO_API uint32_t ko_object_string_to_object_type(const char *text);
+KO_API uint32_t ko_object_string_to_object_type_u(const ko_uchar *text);
+
+/* --- WKT1 tokenizer --------------------------------------------------- */
+
+#define KO_WKT_MAX_CHARS 4095   /* characters of the normalized text */
+#define KO_WKT_MAX_TOKENS 256
+
+/* Token flags. */
+#define KO_WKT_TOKEN_KEYWORD 1  /* followed by '[': the keyword of a node */
+#define KO_WKT_TOKEN_QUOTED 2   /* a quoted string (quotes removed) */
+
+/* A token: its text inside the list's normalized text, its depth (0 for
+ * the outermost keyword, one more inside each bracket) and flags. */
+typedef struct ko_wkt_token {
+  const char *text;
+  int32_t depth;
+  int32_t flags;
+} ko_wkt_token;
+
+/* The token list that ko_wkt_str_to_tokens fills and every reader consumes,
+ * with the report of a failed tokenizing (severity and number 0 when it
+ * succeeded cleanly). */
+typedef struct ko_wkt_tokens {
+  char text[KO_WKT_MAX_CHARS + 1];
+  ko_wkt_token tokens[KO_WKT_MAX_TOKENS];
+  int32_t count;
+  int32_t err_severity;
+  int32_t err_number;
+  char err_message[KO_ERR_TEXT_SIZE];
+} ko_wkt_tokens;
+
+/* Splits text into tokens.  With a keyword, tokenizing starts at its first
+ * case-insensitive occurrence that is followed (after letters, '_', '-'
+ * and white space) by '[' or '(', else at the alternate keyword's (error
+ * 466 when neither is found); text before it and after the outermost
+ * closing bracket is ignored.  Round brackets read as square ones, white
+ * space outside quotes is dropped, names may be in double or single quotes
+ * (a doubled double quote stands for one).  Errors: 457 empty text
+ * (warning), 463 not starting with a letter, 458 misplaced bracket, comma
+ * or quote, 469 unbalanced quotes, 467 over KO_WKT_MAX_CHARS characters,
+ * 468 over KO_WKT_MAX_TOKENS tokens; 464 (warning) missing closing
+ * brackets, after which the tokens are still usable.  Returns the error
+ * number of a failure (the list's count is then 0), else 0. */
+KO_API int ko_wkt_str_to_tokens(ko_wkt_tokens *list, const char *text, const char *keyword,
+                                const char *alt_keyword);
+
+/* Pretty-printer: output = prefix, then input cut after every comma; a
+ * part without '[' is preceded by one space, a part with '[' at depth 1 or
+ * more by a newline, the prefix and one indent per level (a tab with
+ * KO_STR_EXPAND_TABS in options, else a space).  Quotes are not
+ * recognised.  input may be output.  Returns 0 when the text fits in size
+ * bytes, else empties output and returns the size needed. */
+KO_API int ko_str_expand_wkt(const char *input, const char *prefix, uint32_t options, int size,
+                             char *output);
+
+/* Writes KEYWORD (upper case), '[' and, when name is not null, the name in
+ * double quotes into buf, which must hold strlen(keyword) + strlen(name) +
+ * 4 bytes.  Returns the keyword's length. */
+KO_API int ko_wkt_header(char *buf, const char *keyword, const char *name);
+
+/* Type code of a text's leading keyword (case-insensitive prefix):
+ * GEOGCS, PROJCS, VERTCS, GXYZCS, GEOGTRAN, VERTTRAN; else 0. */
+KO_API uint32_t ko_wkt_object_type(const char *text);
+
+/* --- WKT1 readers and writers ----------------------------------------- */
+
+/* For each object type t:
+ *  - ko_wkt_<t>_to_str writes the object (the writers' return rule above);
+ *    an object of another type, or a hidden one without KO_STR_HIDDEN,
+ *    writes an empty text.  Names: with KO_STR_CANONICAL_NAMES the
+ *    library's name, else with an authority that authority's synonym,
+ *    else the name as first read (the original name) or the name.
+ *    Numbers have 16 significant digits (17 with KO_STR_FULL_PRECISION).
+ *  - ko_wkt_<t>_from_tokens reads the node whose keyword is token index
+ *    and stores the index of the first token after it in end_index (when
+ *    given).  A failed read returns null and leaves nothing behind.
+ *  - ko_wkt_<t>_from_str tokenizes text for the type's keyword and reads
+ *    the node found; a tokenizer failure is reported with the keyword.
+ * An object read gets status KO_STATUS_STRING, string type
+ * KO_STR_FMT_WKT1, the name as read as its original name, and its
+ * AUTHORITY, DISPNAME and AUTOGENERATED[] (hidden) children. */
+#define KO_DECLARE_WKT1(t, T)                                                                  \
+  KO_API int ko_wkt_##t##_to_str(const T *obj, const char *authority, uint32_t options, int size, \
+                                 char *buf);                                                   \
+  KO_API T *ko_wkt_##t##_from_tokens(const ko_wkt_tokens *tokens, const char *authority,        \
+                                     int index, int *end_index, ko_err *err);                   \
+  KO_API T *ko_wkt_##t##_from_str(const char *text, const char *authority, ko_err *err);
+KO_DECLARE_WKT1(geogcs, ko_geogcs)
+KO_DECLARE_WKT1(datum, ko_datum)
+KO_DECLARE_WKT1(spheroid, ko_spheroid)
+KO_DECLARE_WKT1(primem, ko_primem)
+KO_DECLARE_WKT1(unit, ko_unit)
+KO_DECLARE_WKT1(linunit, ko_linunit)
+KO_DECLARE_WKT1(angunit, ko_angunit)
+KO_DECLARE_WKT1(scaleunit, ko_scaleunit)
+KO_DECLARE_WKT1(areaunit, ko_areaunit)
+KO_DECLARE_WKT1(parameter, ko_parameter)
+KO_DECLARE_WKT1(projection, ko_projection)
+KO_DECLARE_WKT1(authority, ko_authority)
+KO_DECLARE_WKT1(dispname, ko_dispname)
+KO_DECLARE_WKT1(metadata, ko_metadata)
+KO_DECLARE_WKT1(projcs, ko_projcs)
+KO_DECLARE_WKT1(method, ko_method)
+KO_DECLARE_WKT1(geogtran, ko_geogtran)
+
+/* Dispatch on the object's type code; -1 for a type without a WKT1 form
+ * (or no object).  With KO_STR_EXPAND or KO_STR_EXPAND_TABS the text is
+ * then pretty-printed in place. */
+KO_API int ko_wkt_object_to_str(const void *obj, const char *authority, uint32_t options,
+                                int size, char *buf);
+/* Reads an object of the type (a type code or a union of them); type 0
+ * reads whatever the text's first keyword names (ko_wkt_str_to_object_no_type). */
+KO_API void *ko_wkt_str_to_object(uint32_t type, const char *text, const char *authority,
+                                  ko_err *err);
+/* Skips to the first letter and reads the object its keyword names,
+ * trying the keywords in a fixed order (a text with a vertical system and
+ * a geographic or projected one is a compound system).  An unknown
+ * keyword is error 461. */
+KO_API void *ko_wkt_str_to_object_no_type(const char *text, const char *authority, ko_err *err);
+/* String forms of the union types: they dispatch on the object's type. */
+KO_API int ko_wkt_coordsys_to_str(const void *obj, const char *authority, uint32_t options,
+                                  int size, char *buf);
+KO_API void *ko_wkt_coordsys_from_str(const char *text, const char *authority, ko_err *err);
+KO_API int ko_wkt_hvdatum_to_str(const void *obj, const char *authority, uint32_t options,
+                                 int size, char *buf);
+KO_API void *ko_wkt_hvdatum_from_str(const char *text, const char *authority, ko_err *err);
+KO_API int ko_wkt_transform_to_str(const void *obj, const char *authority, uint32_t options,
+                                   int size, char *buf);
+KO_API void *ko_wkt_transform_from_str(const char *text, const char *authority, ko_err *err);
+
+/* Applied after reading (see the source for the exact rules): the datum
+ * "D_Hong_Kong_1963" on International 1924 becomes "D_Hong_Kong_1963_67";
+ * four geographic systems get the name of their grad or 1967 variant;
+ * "Belge_Lambert_1972" and "British_National_Grid" get their published
+ * false origins and scale factor.  Return 1 when something changed. */
+KO_API int ko_wkt_datum_special_cases(ko_datum *datum);
+KO_API int ko_wkt_geogcs_special_cases(ko_geogcs *geogcs);
+KO_API int ko_wkt_projcs_special_cases(ko_projcs *projcs);
+
+/* The WKT2 and PROJ.4 rows of the formatter table. */
+KO_API int ko_wkt2_object_to_str(const void *obj, const char *authority, uint32_t options,
+                                 int size, char *buf);
+KO_API void *ko_wkt2_str_to_object(uint32_t type, const char *text, const char *authority,
+                                   ko_err *err);
+KO_API uint32_t ko_wkt2_object_type(const char *text);
+KO_API int ko_proj4_object_to_str(const void *obj, const char *authority, uint32_t options,
+                                  int size, char *buf);
+KO_API void *ko_proj4_str_to_object(uint32_t type, const char *text, const char *authority,
+                                    ko_err *err);
+KO_API uint32_t ko_proj4_object_type(const char *text);
 
 #ifdef __cplusplus
 }
