@@ -136,8 +136,7 @@ int ko_conversion_parm_array(const ko_conversion *c, double *out) {
 }
 
 ko_projection *ko_conversion_method(const ko_conversion *c) {
-  const ko_conversion *conv = ko::live_conversion(c);
-  return conv != nullptr ? conv->projection : nullptr;
+  return ko::field_or(c, ko::live_conversion, &ko_conversion::projection, nullptr);
 }
 
 void ko_conversion_method_set(ko_conversion *c, ko_projection *projection) {
