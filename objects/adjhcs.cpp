@@ -70,8 +70,7 @@ ko_adjhcs *ko_adjhcs_new_errext(const char *name, void *coordsys, ko_htmethod *m
   return ko_adjhcs_ext_new_errext(name, coordsys, method, values, nullptr, nullptr, err);
 }
 
-ko_adjhcs *ko_adjhcs_new(const char *name, void *coordsys, ko_htmethod *method,
-                         ko_array *values) {
+ko_adjhcs *ko_adjhcs_new(const char *name, void *coordsys, ko_htmethod *method, ko_array *values) {
   return ko_adjhcs_ext_new_errext(name, coordsys, method, values, nullptr, nullptr, nullptr);
 }
 
@@ -89,8 +88,8 @@ ko_adjhcs *ko_adjhcs_clone(const ko_adjhcs *a) {
       !ko::clone_annotations(src->metadata, src->remark, parts))
     return nullptr;
   ko_adjhcs *copy =
-      ko_adjhcs_ext_new_errext(ko_header_get_name(src), coordsys.get(), method.get(),
-                               values.get(), parts.metadata, parts.remark.get(), nullptr);
+      ko_adjhcs_ext_new_errext(ko_header_get_name(src), coordsys.get(), method.get(), values.get(),
+                               parts.metadata, parts.remark.get(), nullptr);
   if (copy == nullptr) return nullptr;
   coordsys.release();  // every part now belongs to the copy
   method.release();

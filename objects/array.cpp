@@ -39,8 +39,8 @@ extern "C" {
 
 // In order: the name (warning 354); the count (310, "%s: %d"); the values
 // (326); the unit (324); each value finite (358, "%s: %f"); memory (1).
-ko_array *ko_array_new_errext(const char *name, int num_values, const double *values,
-                              ko_unit *unit, ko_err *err) {
+ko_array *ko_array_new_errext(const char *name, int num_values, const double *values, ko_unit *unit,
+                              ko_err *err) {
   if (name == nullptr) name = "";
   ko::errext_prologue(err, kSource, name);
   if (num_values < 1 || num_values > KO_ARRAY_MAX_VALUES) {
@@ -56,7 +56,8 @@ ko_array *ko_array_new_errext(const char *name, int num_values, const double *va
     return nullptr;
   }
   const std::size_t count = static_cast<std::size_t>(num_values);
-  const double *bad = std::find_if(values, values + count, [](double v) { return !std::isfinite(v); });
+  const double *bad =
+      std::find_if(values, values + count, [](double v) { return !std::isfinite(v); });
   if (bad != values + count) {
     ko_err_fmt(err, KO_SEV_ERROR, KO_ERRCAT_ARGUMENT, 358, kSource, "%s: %f", name, *bad);
     return nullptr;
@@ -105,8 +106,7 @@ int ko_array_eq(const ko_array *a, const ko_array *b) {
   const ko_array *pa = ko::live_array(a);
   const ko_array *pb = ko::live_array(b);
   if (pa == nullptr || pb == nullptr) return 0;
-  return ko_strcmp_ci(ko_header_get_name(pa), ko_header_get_name(pb)) == 0 &&
-                 values_equal(*pa, *pb)
+  return ko_strcmp_ci(ko_header_get_name(pa), ko_header_get_name(pb)) == 0 && values_equal(*pa, *pb)
              ? 1
              : 0;
 }

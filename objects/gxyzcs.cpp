@@ -49,10 +49,11 @@ ko_gxyzcs *ko_gxyzcs_ext_new_errext(const char *name, ko_datum *datum, ko_primem
                                     ko_remark *remark, ko_err *err) {
   if (name == nullptr) name = "";
   ko::errext_prologue(err, kSource, name);
-  int number = ko::live_datum(datum) == nullptr                               ? 334
-               : primem != nullptr && ko::live_primem(primem) == nullptr      ? 329
-               : unit != nullptr && ko::live_unit(unit, KO_TYPE_LINUNIT) == nullptr ? 323
-                                                                              : axes_problem(axes, unit);
+  int number = ko::live_datum(datum) == nullptr                          ? 334
+               : primem != nullptr && ko::live_primem(primem) == nullptr ? 329
+               : unit != nullptr && ko::live_unit(unit, KO_TYPE_LINUNIT) == nullptr
+                   ? 323
+                   : axes_problem(axes, unit);
   if (number != 0) {
     ko::report_bad_argument(err, number, kSource, name);
     return nullptr;
@@ -60,19 +61,17 @@ ko_gxyzcs *ko_gxyzcs_ext_new_errext(const char *name, ko_datum *datum, ko_primem
   const ko_unit *axis_unit = first_axis_unit(axes);
   ko::Unique<ko_linunit> made_unit;
   if (unit == nullptr)
-    made_unit.reset(axis_unit != nullptr
-                        ? reinterpret_cast<ko_linunit *>(ko::unit_clone(axis_unit))
-                        : ko::new_meter());
+    made_unit.reset(axis_unit != nullptr ? reinterpret_cast<ko_linunit *>(ko::unit_clone(axis_unit))
+                                         : ko::new_meter());
   ko::Unique<ko_primem> made_primem;
   ko::Unique<ko_angunit> meridian_unit;
   if (primem == nullptr)
     made_primem.reset(ko_primem_new("Greenwich", 0.0));
   else if (ko_primem_unit(primem) == nullptr)
     meridian_unit.reset(ko::new_degree());
-  bool out_of_memory = (unit == nullptr && made_unit == nullptr) ||
-                       (primem == nullptr && made_primem == nullptr) ||
-                       (primem != nullptr && ko_primem_unit(primem) == nullptr &&
-                        meridian_unit == nullptr);
+  bool out_of_memory =
+      (unit == nullptr && made_unit == nullptr) || (primem == nullptr && made_primem == nullptr) ||
+      (primem != nullptr && ko_primem_unit(primem) == nullptr && meridian_unit == nullptr);
   auto *g = out_of_memory ? nullptr : ko::make_object<ko_gxyzcs>(KO_TYPE_GXYZCS, name);
   if (g == nullptr) {
     ko::report_no_memory(err, kSource, name);
@@ -91,9 +90,8 @@ ko_gxyzcs *ko_gxyzcs_ext_new_errext(const char *name, ko_datum *datum, ko_primem
   return g;
 }
 
-ko_gxyzcs *ko_gxyzcs_ext_new(const char *name, ko_datum *datum, ko_primem *primem,
-                             ko_linunit *unit, ko_axis **axes, ko_metadata **metadata,
-                             ko_remark *remark) {
+ko_gxyzcs *ko_gxyzcs_ext_new(const char *name, ko_datum *datum, ko_primem *primem, ko_linunit *unit,
+                             ko_axis **axes, ko_metadata **metadata, ko_remark *remark) {
   return ko_gxyzcs_ext_new_errext(name, datum, primem, unit, axes, metadata, remark, nullptr);
 }
 
@@ -102,8 +100,7 @@ ko_gxyzcs *ko_gxyzcs_new_errext(const char *name, ko_datum *datum, ko_primem *pr
   return ko_gxyzcs_ext_new_errext(name, datum, primem, unit, nullptr, nullptr, nullptr, err);
 }
 
-ko_gxyzcs *ko_gxyzcs_new(const char *name, ko_datum *datum, ko_primem *primem,
-                         ko_linunit *unit) {
+ko_gxyzcs *ko_gxyzcs_new(const char *name, ko_datum *datum, ko_primem *primem, ko_linunit *unit) {
   return ko_gxyzcs_ext_new_errext(name, datum, primem, unit, nullptr, nullptr, nullptr, nullptr);
 }
 
@@ -125,10 +122,10 @@ ko_gxyzcs *ko_gxyzcs_clone(const ko_gxyzcs *g) {
     ok = ko::clone_part(src->axes[i], axes[i], ko_axis_clone);
   if (!ok) return nullptr;
   std::array<ko_axis *, KO_AXIS_MAX> axis_ptrs = {axes[0].get(), axes[1].get(), axes[2].get()};
-  ko_gxyzcs *copy = ko_gxyzcs_ext_new_errext(
-      ko_header_get_name(src), datum.get(), primem.get(), unit.get(),
-      src->axes[0] != nullptr ? axis_ptrs.data() : nullptr, parts.metadata, parts.remark.get(),
-      nullptr);
+  ko_gxyzcs *copy =
+      ko_gxyzcs_ext_new_errext(ko_header_get_name(src), datum.get(), primem.get(), unit.get(),
+                               src->axes[0] != nullptr ? axis_ptrs.data() : nullptr, parts.metadata,
+                               parts.remark.get(), nullptr);
   if (copy == nullptr) return nullptr;
   datum.release();  // every part now belongs to the copy
   primem.release();
@@ -159,8 +156,7 @@ int ko_gxyzcs_eq(const ko_gxyzcs *a, const ko_gxyzcs *b) {
   if (ga == nullptr || gb == nullptr) return 0;
   return ko_strcmp_ci(ko_header_get_name(ga), ko_header_get_name(gb)) == 0 &&
                  ko_datum_eq(ga->datum, gb->datum) != 0 &&
-                 ko_primem_eq(ga->primem, gb->primem) != 0 &&
-                 ko_linunit_eq(ga->unit, gb->unit) != 0
+                 ko_primem_eq(ga->primem, gb->primem) != 0 && ko_linunit_eq(ga->unit, gb->unit) != 0
              ? 1
              : 0;
 }

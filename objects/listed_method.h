@@ -18,8 +18,8 @@ struct MethodList {
   uint32_t type;                   // the method object's type code
   const char *from_code_source;    // error sources of the factory forms
   const char *from_name_source;
-  int code_error;                  // unknown code (category 4)
-  int name_error;                  // unknown name (category 8)
+  int code_error;  // unknown code (category 4)
+  int name_error;  // unknown name (category 8)
 };
 
 template <class Entry>
@@ -77,8 +77,8 @@ T *method_from_code(const MethodList<Entry> &list, int32_t code, int invalid_obj
   const Entry *entry = entry_from_code(list, code);
   if (entry == nullptr) {
     ko_err_clear(err);
-    ko_err_arg(err, KO_SEV_ERROR, KO_ERRCAT_DBCONTENT, list.code_error, list.from_code_source,
-               "d", code);
+    ko_err_arg(err, KO_SEV_ERROR, KO_ERRCAT_DBCONTENT, list.code_error, list.from_code_source, "d",
+               code);
     return nullptr;
   }
   T *m = method_new<T>(list, entry, invalid_object_error, list.from_code_source, err);

@@ -20,28 +20,28 @@ struct ko_vdatum {
 
 struct ko_vertcs {
   ko_header header;
-  void *datum;                            // owned ko_vdatum, or ko_datum for ellipsoidal heights
-  ko_parameter *parms[KO_PARM_COUNT];     // owned, by slot
-  ko_linunit *unit;                       // owned, never null
-  ko_axis *axis;                          // owned or null
-  ko_metadata **metadata;                 // owned or null
-  ko_remark *remark;                      // owned or null
+  void *datum;                         // owned ko_vdatum, or ko_datum for ellipsoidal heights
+  ko_parameter *parms[KO_PARM_COUNT];  // owned, by slot
+  ko_linunit *unit;                    // owned, never null
+  ko_axis *axis;                       // owned or null
+  ko_metadata **metadata;              // owned or null
+  ko_remark *remark;                   // owned or null
 };
 
 struct ko_gxyzcs {
   ko_header header;
-  ko_datum *datum;              // owned, never null
-  ko_primem *primem;            // owned, never null
-  ko_linunit *unit;             // owned, never null
-  ko_axis *axes[KO_AXIS_MAX];   // owned X, Y, Z, or all null
+  ko_datum *datum;             // owned, never null
+  ko_primem *primem;           // owned, never null
+  ko_linunit *unit;            // owned, never null
+  ko_axis *axes[KO_AXIS_MAX];  // owned X, Y, Z, or all null
   ko_metadata **metadata;
   ko_remark *remark;
 };
 
 struct ko_hvcoordsys {
   ko_header header;
-  void *coordsys;      // owned ko_geogcs or ko_projcs
-  ko_vertcs *vertcs;   // owned
+  void *coordsys;     // owned ko_geogcs or ko_projcs
+  ko_vertcs *vertcs;  // owned
   ko_metadata **metadata;
   ko_remark *remark;
 };
@@ -57,15 +57,15 @@ struct ko_htmethod {
 
 struct ko_verttran {
   ko_header header;
-  void *coordsys;                       // owned horizontal system, or null
-  ko_vertcs *vertcs1;                   // owned
-  ko_vertcs *vertcs2;                   // owned
-  ko_vtmethod *method;                  // owned
-  ko_parameter *parms[KO_PARM_COUNT];   // owned, by slot
+  void *coordsys;                      // owned horizontal system, or null
+  ko_vertcs *vertcs1;                  // owned
+  ko_vertcs *vertcs2;                  // owned
+  ko_vtmethod *method;                 // owned
+  ko_parameter *parms[KO_PARM_COUNT];  // owned, by slot
   ko_metadata **metadata;
   ko_remark *remark;
   char opversion[KO_NAME_SIZE];
-  double accuracy;                      // metres; 999.0 unknown
+  double accuracy;  // metres; 999.0 unknown
 };
 
 struct ko_array {
@@ -82,9 +82,9 @@ struct ko_epoch {
 
 struct ko_adjhcs {
   ko_header header;
-  void *coordsys;        // owned ko_geogcs or ko_projcs
-  ko_htmethod *method;   // owned
-  ko_array *values;      // owned
+  void *coordsys;       // owned ko_geogcs or ko_projcs
+  ko_htmethod *method;  // owned
+  ko_array *values;     // owned
   ko_metadata **metadata;
   ko_remark *remark;
 };

@@ -48,9 +48,9 @@ bool parameters_fit(ko_parameter *const *parms, const ko_axis *axis, const char 
   for (int slot = 0; slot < KO_PARM_COUNT; ++slot) {
     const ko_parameter *p = parms[slot];
     if (p == nullptr) continue;
-    const ko_parmlist_entry *row =
-        ko::live_parameter(p) != nullptr ? ko_parmlist_from_code(ko_header_get_code_internal(p))
-                                         : nullptr;
+    const ko_parmlist_entry *row = ko::live_parameter(p) != nullptr
+                                       ? ko_parmlist_from_code(ko_header_get_code_internal(p))
+                                       : nullptr;
     if (row == nullptr || (row->category & KO_PARM_CAT_VERTCS) == 0 || row->index != slot) {
       report_parameter(err, 348, name, p);
       return false;
@@ -137,10 +137,8 @@ ko_vertcs *ko_vertcs_new_errext(const char *name, void *hvdatum, ko_parameter **
   return ko_vertcs_ext_new_errext(name, hvdatum, parms, unit, nullptr, nullptr, nullptr, err);
 }
 
-ko_vertcs *ko_vertcs_new(const char *name, void *hvdatum, ko_parameter **parms,
-                         ko_linunit *unit) {
-  return ko_vertcs_ext_new_errext(name, hvdatum, parms, unit, nullptr, nullptr, nullptr,
-                                  nullptr);
+ko_vertcs *ko_vertcs_new(const char *name, void *hvdatum, ko_parameter **parms, ko_linunit *unit) {
+  return ko_vertcs_ext_new_errext(name, hvdatum, parms, unit, nullptr, nullptr, nullptr, nullptr);
 }
 
 int ko_vertcs_p(const void *obj) { return ko::live_vertcs(obj) != nullptr; }

@@ -21,15 +21,14 @@ bool systems_suit(uint32_t flags, const ko_vertcs *source, const ko_vertcs *targ
   if ((flags & KO_VTM_GRAVITY_TARGET) != 0 && target_ellipsoidal) return false;
   if ((flags & KO_VTM_DEPTH_TARGET) != 0 && ko_vertcs_direction(target) != KO_VERTCS_DEPTH)
     return false;
-  if ((flags & KO_VTM_REVERSES) != 0 &&
-      ko_vertcs_direction(source) == ko_vertcs_direction(target))
+  if ((flags & KO_VTM_REVERSES) != 0 && ko_vertcs_direction(source) == ko_vertcs_direction(target))
     return false;
   return true;
 }
 
 // 0 or the error number of the first argument that does not do.
-int argument_problem(void *coordsys, ko_vertcs *vertcs1, ko_vertcs *vertcs2,
-                     ko_vtmethod *method, ko_parameter **parms, double accuracy) {
+int argument_problem(void *coordsys, ko_vertcs *vertcs1, ko_vertcs *vertcs2, ko_vtmethod *method,
+                     ko_parameter **parms, double accuracy) {
   if (ko::live_vtmethod(method) == nullptr) return 343;
   if (ko::live_vertcs(vertcs1) == nullptr) return 341;
   if (ko::live_vertcs(vertcs2) == nullptr) return 342;

@@ -9,13 +9,13 @@
 namespace {
 
 // Parameter codes of the vertical transformations (the parameter list).
-constexpr int32_t kOffset = 100060;           // Vertical_Offset
-constexpr int32_t kLatEval = 100061;          // Latitude_Of_Evaluation
-constexpr int32_t kLonEval = 100062;          // Longitude_Of_Evaluation
-constexpr int32_t kInclNorth = 100063;        // Inclination_North
-constexpr int32_t kInclEast = 100064;         // Inclination_East
+constexpr int32_t kOffset = 100060;     // Vertical_Offset
+constexpr int32_t kLatEval = 100061;    // Latitude_Of_Evaluation
+constexpr int32_t kLonEval = 100062;    // Longitude_Of_Evaluation
+constexpr int32_t kInclNorth = 100063;  // Inclination_North
+constexpr int32_t kInclEast = 100064;   // Inclination_East
 constexpr int32_t kDataset = KO_PARM_CODE_DATASET;
-constexpr int32_t kInterpolation = 100065;    // Interpolation_Type
+constexpr int32_t kInterpolation = 100065;  // Interpolation_Type
 
 constexpr uint32_t kGrid = KO_VTM_NEEDS_FILE | KO_VTM_POSITION;
 constexpr uint32_t kGeoid = kGrid | KO_VTM_ELLIPSOIDAL_SOURCE | KO_VTM_GRAVITY_TARGET;
@@ -31,8 +31,11 @@ extern "C" {
 // choose their interpolation with Interpolation_Type.
 const ko_vtmethlist_entry ko_vtmethlist_tbl[] = {
     // Offset at an evaluation point plus a plane inclined north and east.
-    {1046, KO_VTM_POSITION, "Vertical_Offset_And_Slope",
-     {kOffset, kLatEval, kLonEval, kInclNorth, kInclEast, 0}, 5},
+    {1046,
+     KO_VTM_POSITION,
+     "Vertical_Offset_And_Slope",
+     {kOffset, kLatEval, kLonEval, kInclNorth, kInclEast, 0},
+     5},
     // Heights become depths and back: the sign changes.
     {1068, KO_VTM_REVERSES, "Height_Depth_Reversal", {0}, 0},
     // Only the linear unit changes.
@@ -40,8 +43,7 @@ const ko_vtmethlist_entry ko_vtmethlist_tbl[] = {
     // Offset interpolated in a grid of height differences.
     {1084, kGrid, "Vertical_Offset_By_Grid", {kDataset, kInterpolation, 0}, 1},
     // Ellipsoidal height to depth below a geoid grid.
-    {1109, kGeoid | KO_VTM_DEPTH_TARGET, "Geoid_Depth_By_Grid", {kDataset, kInterpolation, 0},
-     1},
+    {1109, kGeoid | KO_VTM_DEPTH_TARGET, "Geoid_Depth_By_Grid", {kDataset, kInterpolation, 0}, 1},
     // A constant offset.
     {9616, 0, "Vertical_Offset", {kOffset, 0}, 1},
     // Ellipsoidal height to gravity-related height through a geoid grid.
@@ -53,17 +55,26 @@ const ko_vtmethlist_entry ko_vtmethlist_tbl[] = {
     {109701, kGeoid, "Geoid_Height_By_Geopotential_Model", {kDataset, 0}, 1},
     {109702, kGeoid | KO_VTM_DEPTH_TARGET, "Geoid_Depth_By_Geopotential_Model", {kDataset, 0}, 1},
     // A geoid grid with a velocity layer: undulation at the coordinate epoch.
-    {109703, kGeoid | KO_VTM_TIME_BASED, "Geoid_Height_By_Time_Based_Grid",
-     {kDataset, kInterpolation, 0}, 1},
+    {109703,
+     kGeoid | KO_VTM_TIME_BASED,
+     "Geoid_Height_By_Time_Based_Grid",
+     {kDataset, kInterpolation, 0},
+     1},
     // Offsets and undulations interpolated in a triangulated network.
     {109704, kGrid, "Vertical_Offset_By_Triangulation", {kDataset, 0}, 1},
     {109705, kGeoid, "Geoid_Height_By_Triangulation", {kDataset, 0}, 1},
     // Offset rates in a grid, scaled by the time from the reference epoch.
-    {109706, kGrid | KO_VTM_TIME_BASED, "Vertical_Offset_By_Velocity_Grid",
-     {kDataset, kInterpolation, 0}, 1},
+    {109706,
+     kGrid | KO_VTM_TIME_BASED,
+     "Vertical_Offset_By_Velocity_Grid",
+     {kDataset, kInterpolation, 0},
+     1},
     // Ellipsoidal height differences between two realisations, by grid.
-    {109707, kGrid | KO_VTM_ELLIPSOIDAL_SOURCE | KO_VTM_ELLIPSOIDAL_TARGET,
-     "Ellipsoidal_Height_Offset_By_Grid", {kDataset, kInterpolation, 0}, 1},
+    {109707,
+     kGrid | KO_VTM_ELLIPSOIDAL_SOURCE | KO_VTM_ELLIPSOIDAL_TARGET,
+     "Ellipsoidal_Height_Offset_By_Grid",
+     {kDataset, kInterpolation, 0},
+     1},
     {0, 0, nullptr, {0}, 0},
 };
 

@@ -63,13 +63,15 @@ TEST(Adjhcs, SimilarityAsAffine) {
   const double x0 = 1500.25, y0 = -320.5, scale = 1.0000123, theta_arcsec = 12.75;
   const double theta = theta_arcsec * std::numbers::pi / 648000.0;
   ko_geogcs *g = ko::test::wgs84_geogcs();
-  ko_array *v = values("Similarity", {x0, y0, scale * std::cos(theta), scale * std::sin(theta)}, 9001);
+  ko_array *v =
+      values("Similarity", {x0, y0, scale * std::cos(theta), scale * std::sin(theta)}, 9001);
   ko_err err{};
   ko_htmethod *m = ko_htmethod_new("Similarity");
   // A geographic system takes angular translations only (or plain numbers).
   EXPECT_EQ(ko_adjhcs_new_errext("A", g, m, v, &err), nullptr);
   expect_report(err, Report{4, 8, 477, kSource, "A"});
-  ko_array *plain = values("Similarity", {x0, y0, scale * std::cos(theta), scale * std::sin(theta)});
+  ko_array *plain =
+      values("Similarity", {x0, y0, scale * std::cos(theta), scale * std::sin(theta)});
   ko_adjhcs *a = ko_adjhcs_new_errext("A", g, m, plain, &err);
   ASSERT_NE(a, nullptr);
   double abc[6];
@@ -83,8 +85,9 @@ TEST(Adjhcs, SimilarityAsAffine) {
     EXPECT_NEAR(y, y0 + scale * (-pt[0] * std::sin(theta) + pt[1] * std::cos(theta)), 1e-9);
 #ifdef KO_HAVE_PROJ
     char definition[256];
-    std::snprintf(definition, sizeof definition, "+proj=helmert +x=%.17g +y=%.17g +theta=%.17g +s=%.17g",
-                  x0, y0, theta_arcsec, scale);
+    std::snprintf(definition, sizeof definition,
+                  "+proj=helmert +x=%.17g +y=%.17g +theta=%.17g +s=%.17g", x0, y0, theta_arcsec,
+                  scale);
     PJ *helmert = proj_create(PJ_DEFAULT_CTX, definition);
     ASSERT_NE(helmert, nullptr);
     PJ_COORD c = proj_trans(helmert, PJ_FWD, proj_coord(pt[0], pt[1], 0, 0));
@@ -123,15 +126,17 @@ TEST(Adjhcs, ArgumentChecks) {
     ko_array *v = values("V", {1, 2, 3, 4, 5, 6});
     ko_array *four = values("V", {1, 2, 3, 4});
     ko_array *in_metres = values("V", {1, 2, 3, 4, 5, 6}, 9001);
-    void *coordsys = label == "no horizontal system" ? nullptr : label == "a vertical system" ? static_cast<void *>(vcs) : g;
-    ko_htmethod *method = label == "no method" ? nullptr
+    void *coordsys = label == "no horizontal system" ? nullptr
+                     : label == "a vertical system"  ? static_cast<void *>(vcs)
+                                                     : g;
+    ko_htmethod *method = label == "no method"           ? nullptr
                           : label == "a vertical method" ? reinterpret_cast<ko_htmethod *>(vm)
                                                          : m;
-    ko_array *array = label == "no array" ? nullptr
+    ko_array *array = label == "no array"                 ? nullptr
                       : label == "an epoch for the array" ? reinterpret_cast<ko_array *>(epoch)
-                      : label == "four values for the affine method" ? four
+                      : label == "four values for the affine method"          ? four
                       : label == "linear translations on a geographic system" ? in_metres
-                                                                             : v;
+                                                                              : v;
     ko_err err{};
     EXPECT_EQ(ko_adjhcs_new_errext("ADJ", coordsys, method, array, &err), nullptr);
     expect_report(err, Report{4, 8, c.number, kSource, "ADJ"});
@@ -147,7 +152,8 @@ TEST(Adjhcs, ArgumentChecks) {
 TEST(Adjhcs, EqualityAndClone) {
   auto make = [](const char *name, const char *method, std::initializer_list<double> v,
                  const char *array_name = "V") {
-    return ko_adjhcs_new(name, ko::test::wgs84_geogcs(), ko_htmethod_new(method), values(array_name, v));
+    return ko_adjhcs_new(name, ko::test::wgs84_geogcs(), ko_htmethod_new(method),
+                         values(array_name, v));
   };
   ko_adjhcs *base = make("Adjusted", "Similarity", {1, 2, 1, 0});
   struct Variant {
@@ -168,9 +174,9 @@ TEST(Adjhcs, EqualityAndClone) {
     ko_adjhcs_del(v.a);
   }
   ko_metadata *md[2] = {ko_metadata_new("Area", nullptr, 1), nullptr};
-  ko_adjhcs *full = ko_adjhcs_ext_new("Adjusted", ko::test::wgs84_geogcs(), ko_htmethod_new("Similarity"),
-                                      values("V", {1, 2, 1, 0}), ko_metadata_vector_clone(md),
-                                      ko_remark_new("r"));
+  ko_adjhcs *full = ko_adjhcs_ext_new("Adjusted", ko::test::wgs84_geogcs(),
+                                      ko_htmethod_new("Similarity"), values("V", {1, 2, 1, 0}),
+                                      ko_metadata_vector_clone(md), ko_remark_new("r"));
   ko_metadata_del(md[0]);
   ASSERT_NE(full, nullptr);
   EXPECT_EQ(ko_adjhcs_eq(full, base), 1);
@@ -217,7 +223,8 @@ TEST(AdjhcsMemory, ConstructorAndCloneCleanUp) {
               ko_array *v = values("V", {1, 2, 3, 4, 5, 6}, 9104);
               ko_err err{};
               ko_adjhcs *a = nullptr;
-              if (g != nullptr && m != nullptr && v != nullptr) a = ko_adjhcs_new_errext("ADJ", g, m, v, &err);
+              if (g != nullptr && m != nullptr && v != nullptr)
+                a = ko_adjhcs_new_errext("ADJ", g, m, v, &err);
               if (a == nullptr) {
                 if (err.number != 0) expect_report(err, Report{4, 1, 1, kSource, "ADJ"});
                 ko_geogcs_del(g);

@@ -24,7 +24,8 @@ TEST(Array, CopiesTheValues) {
   double values[] = {1.5, -2.25, 3e-7};
   ko_linunit *m = ko_linunit_new_code(9001);
   ko_err err = ko::test::stale_record();
-  ko_array *a = ko_array_new_errext("Coefficients", 3, values, reinterpret_cast<ko_unit *>(m), &err);
+  ko_array *a =
+      ko_array_new_errext("Coefficients", 3, values, reinterpret_cast<ko_unit *>(m), &err);
   ASSERT_NE(a, nullptr);
   expect_no_report(err);
   values[0] = 99.0;
@@ -79,8 +80,8 @@ TEST(Array, ArgumentChecks) {
     SCOPED_TRACE(c.label);
     ko_datum *d = ko::test::wgs84_datum();
     ko_err err{};
-    EXPECT_EQ(ko_array_new_errext("A", c.count, c.values, c.bad_unit ? reinterpret_cast<ko_unit *>(d) : nullptr,
-                                  &err),
+    EXPECT_EQ(ko_array_new_errext("A", c.count, c.values,
+                                  c.bad_unit ? reinterpret_cast<ko_unit *>(d) : nullptr, &err),
               nullptr);
     expect_report(err, Report{4, 8, c.number, kSource, c.message.c_str()});
     EXPECT_EQ(ko_datum_p(d), 1);
@@ -110,7 +111,8 @@ TEST(Array, EqualityRules) {
       {"other value", ko_array_new("Affine", 3, far, metre()), 0},
       {"shorter", ko_array_new("Affine", 2, v, metre()), 0},
       {"no unit", ko_array_new("Affine", 3, v, nullptr), 0},
-      {"feet", ko_array_new("Affine", 3, v, reinterpret_cast<ko_unit *>(ko_linunit_new_code(9002))), 0},
+      {"feet", ko_array_new("Affine", 3, v, reinterpret_cast<ko_unit *>(ko_linunit_new_code(9002))),
+       0},
       {"other name", ko_array_new("Similarity", 3, v, metre()), 0},
   };
   for (const Variant &x : variants) {
@@ -154,7 +156,8 @@ TEST(ArrayMemory, ConstructorAndCloneCleanUp) {
               return true;
             }),
             1);
-  ko_array *src = ko_array_new("A", 1000, values.data(), reinterpret_cast<ko_unit *>(ko_linunit_new_code(9001)));
+  ko_array *src = ko_array_new("A", 1000, values.data(),
+                               reinterpret_cast<ko_unit *>(ko_linunit_new_code(9001)));
   ko_object_authority_set(src, ko_authority_new("KO", 1, ""));
   EXPECT_GT(ko::test::clone_sweep(src, ko_array_clone, ko_array_del), 3);
   ko_array_del(src);

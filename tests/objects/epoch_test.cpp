@@ -21,15 +21,9 @@ TEST(Epoch, YearRange) {
     double year;
     const char *message;  // null: accepted; else the year as ko_dtoa writes it
   } cases[] = {
-      {2010.5, nullptr},
-      {0.0, nullptr},
-      {9999.0, nullptr},
-      {1989.0, nullptr},
-      {-0.5, "-0.5"},
-      {9999.000001, "9999.000001"},
-      {1e10, "10000000000.0"},
-      {NAN, "NaN"},
-      {INFINITY, "Inf"},
+      {2010.5, nullptr},       {0.0, nullptr}, {9999.0, nullptr},
+      {1989.0, nullptr},       {-0.5, "-0.5"}, {9999.000001, "9999.000001"},
+      {1e10, "10000000000.0"}, {NAN, "NaN"},   {INFINITY, "Inf"},
       {-INFINITY, "Inf"},
   };
   for (const Case &c : cases) {

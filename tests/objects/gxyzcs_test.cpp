@@ -72,21 +72,24 @@ TEST(Gxyzcs, ArgumentChecks) {
   struct Case {
     const char *label;
     int number;
-  } cases[] = {{"no datum", 334},        {"primem slot holds a datum", 329},
-               {"angular unit", 323},    {"missing Z", 478},
-               {"a unit for an axis", 485}, {"axes out of order", 482},
-               {"axes in degrees", 487}, {"axes in feet, unit in metres", 477},
-               {"axes disagree", 477}};
+  } cases[] = {
+      {"no datum", 334},        {"primem slot holds a datum", 329},    {"angular unit", 323},
+      {"missing Z", 478},       {"a unit for an axis", 485},           {"axes out of order", 482},
+      {"axes in degrees", 487}, {"axes in feet, unit in metres", 477}, {"axes disagree", 477}};
   for (const Case &c : cases) {
     SCOPED_TRACE(c.label);
     std::string label = c.label;
     ko_datum *d = label == "no datum" ? nullptr : ko::test::wgs84_datum();
     ko_datum *other = ko::test::wgs84_datum();
-    auto *pm = label == "primem slot holds a datum" ? reinterpret_cast<ko_primem *>(other) : nullptr;
-    ko_linunit *unit = label == "angular unit" ? reinterpret_cast<ko_linunit *>(ko_angunit_new_code(9102))
+    auto *pm =
+        label == "primem slot holds a datum" ? reinterpret_cast<ko_primem *>(other) : nullptr;
+    ko_linunit *unit = label == "angular unit"
+                           ? reinterpret_cast<ko_linunit *>(ko_angunit_new_code(9102))
                        : label == "axes in feet, unit in metres" ? ko_linunit_new_code(9001)
                                                                  : nullptr;
-    Axes axes = xyz(label == "axes in degrees" ? 9102 : label == "axes in feet, unit in metres" ? 9002 : 0);
+    Axes axes = xyz(label == "axes in degrees"                ? 9102
+                    : label == "axes in feet, unit in metres" ? 9002
+                                                              : 0);
     if (label == "missing Z") axes[2] = ko_axis_del(axes[2]);
     if (label == "a unit for an axis") {
       ko_axis_del(axes[1]);
@@ -97,10 +100,11 @@ TEST(Gxyzcs, ArgumentChecks) {
       ko_axis_unit_set(axes[0], ko_unit_new_code(9001));
       ko_axis_unit_set(axes[2], ko_unit_new_code(9002));
     }
-    bool with_axes = label != "no datum" && label != "primem slot holds a datum" && label != "angular unit";
+    bool with_axes =
+        label != "no datum" && label != "primem slot holds a datum" && label != "angular unit";
     ko_err err{};
-    EXPECT_EQ(ko_gxyzcs_ext_new_errext("XYZ", d, pm, unit, with_axes ? axes.data() : nullptr, nullptr,
-                                       nullptr, &err),
+    EXPECT_EQ(ko_gxyzcs_ext_new_errext("XYZ", d, pm, unit, with_axes ? axes.data() : nullptr,
+                                       nullptr, nullptr, &err),
               nullptr);
     expect_report(err, Report{4, 8, c.number, kSource, "XYZ"});
     for (ko_axis *&a : axes) a = static_cast<ko_axis *>(ko_object_del(a));
@@ -124,8 +128,9 @@ TEST(Gxyzcs, EqualityAndClone) {
 
   Axes axes = xyz(0);
   ko_metadata *md[2] = {ko_metadata_new("World", nullptr, 1262), nullptr};
-  ko_gxyzcs *full = ko_gxyzcs_ext_new("WGS_1984_Geocentric", ko::test::wgs84_datum(), nullptr, nullptr,
-                                      axes.data(), ko_metadata_vector_clone(md), ko_remark_new("r"));
+  ko_gxyzcs *full =
+      ko_gxyzcs_ext_new("WGS_1984_Geocentric", ko::test::wgs84_datum(), nullptr, nullptr,
+                        axes.data(), ko_metadata_vector_clone(md), ko_remark_new("r"));
   ko_metadata_del(md[0]);
   ASSERT_NE(full, nullptr);
   EXPECT_EQ(ko_gxyzcs_eq(a, full), 1) << "axes, metadata and remark do not count";
@@ -174,7 +179,8 @@ TEST(GxyzcsMemory, ConstructorAndCloneCleanUp) {
               ko_err err{};
               ko_gxyzcs *g = nullptr;
               if (d != nullptr && pm != nullptr && axes[0] && axes[1] && axes[2])
-                g = ko_gxyzcs_ext_new_errext("G", d, pm, nullptr, axes.data(), nullptr, nullptr, &err);
+                g = ko_gxyzcs_ext_new_errext("G", d, pm, nullptr, axes.data(), nullptr, nullptr,
+                                             &err);
               if (g == nullptr) {
                 if (err.number != 0) {
                   expect_report(err, Report{4, 1, 1, kSource, "G"});

@@ -69,7 +69,7 @@ TEST(Htmethod, ObjectsAndErrors) {
   expect_report(err, Report{2, 8, 306, "ko_htmethod_new_errext", "Helmert"});
   EXPECT_EQ(ko_htmethod_new_htmethlist(nullptr, &err), nullptr);
   expect_report(err, Report{4, 8, 336, "ko_htmethod_new_htmethlist",
-                                "Null or invalid htmethod object argument"});
+                            "Null or invalid htmethod object argument"});
   for (ko_htmethod *m : {a, b, s, c}) ko_htmethod_del(m);
 }
 

@@ -80,9 +80,10 @@ TEST(Hvcoordsys, EqualityAndClone) {
   EXPECT_EQ(ko_hvcoordsys_eq(a, d), 0) << "horizontal systems differ";
 
   ko_metadata *md[2] = {ko_metadata_new("World", nullptr, 1262), nullptr};
-  ko_hvcoordsys *full = ko_hvcoordsys_ext_new("WGS_1984_EGM_2008", ko::test::wgs84_geogcs(),
-                                              ko::test::gravity_system("EGM_2008_Height", "EGM_2008_Geoid"),
-                                              ko_metadata_vector_clone(md), ko_remark_new("r"));
+  ko_hvcoordsys *full =
+      ko_hvcoordsys_ext_new("WGS_1984_EGM_2008", ko::test::wgs84_geogcs(),
+                            ko::test::gravity_system("EGM_2008_Height", "EGM_2008_Geoid"),
+                            ko_metadata_vector_clone(md), ko_remark_new("r"));
   ko_metadata_del(md[0]);
   ASSERT_NE(full, nullptr);
   EXPECT_EQ(ko_hvcoordsys_eq(full, a), 1) << "metadata and remark do not count";
@@ -139,8 +140,9 @@ TEST(HvcoordsysMemory, ConstructorAndCloneCleanUp) {
             }),
             8);
   ko_metadata *md[2] = {ko_metadata_new("Area", nullptr, 1), nullptr};
-  ko_hvcoordsys *src = ko_hvcoordsys_ext_new("C", ko::test::wgs84_geogcs(), ko::test::ellipsoidal_system(),
-                                             ko_metadata_vector_clone(md), ko_remark_new("r"));
+  ko_hvcoordsys *src =
+      ko_hvcoordsys_ext_new("C", ko::test::wgs84_geogcs(), ko::test::ellipsoidal_system(),
+                            ko_metadata_vector_clone(md), ko_remark_new("r"));
   ko_metadata_del(md[0]);
   ASSERT_NE(src, nullptr);
   EXPECT_GT(ko::test::clone_sweep(src, ko_hvcoordsys_clone, ko_hvcoordsys_del), 10);

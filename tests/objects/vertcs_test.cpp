@@ -32,7 +32,9 @@ TEST(Vertcs, GravityRelatedSystemWithParameters) {
   ko_vdatum *d = ko_vdatum_new("NGVD_1929");
   ko_linunit *ft = ko_linunit_new_code(9003);
   Slots slots;
-  slots.put(ko_parameter_ext_new("Vertical_Shift", reinterpret_cast<ko_unit *>(ko_linunit_new_code(9003)), 2.5))
+  slots
+      .put(ko_parameter_ext_new("Vertical_Shift",
+                                reinterpret_cast<ko_unit *>(ko_linunit_new_code(9003)), 2.5))
       .put("Direction", 1.0);
   ko_vertcs *v = ko_vertcs_new_errext("NGVD_1929_Height_ftUS", d, slots.data(), ft, &err);
   ASSERT_NE(v, nullptr);
@@ -113,28 +115,35 @@ TEST(Vertcs, ArgumentChecksInOrder) {
     std::string label = c.label;
     ko_vdatum *vd = ko_vdatum_new("NAVD_1988");
     ko_spheroid *sph = ko_spheroid_new("S", 6378137.0, 0.0);
-    void *datum = label == "no datum" ? nullptr : label == "a spheroid is no datum" ? static_cast<void *>(sph) : vd;
-    ko_linunit *unit = label == "axis unit differs from the unit" ? ko_linunit_new_code(9001) : nullptr;
+    void *datum = label == "no datum"                 ? nullptr
+                  : label == "a spheroid is no datum" ? static_cast<void *>(sph)
+                                                      : vd;
+    ko_linunit *unit =
+        label == "axis unit differs from the unit" ? ko_linunit_new_code(9001) : nullptr;
     if (label == "angular unit") unit = reinterpret_cast<ko_linunit *>(ko_angunit_new_code(9102));
     ko_axis *axis = nullptr;
     if (label == "axis pointing east") axis = vertical_axis(KO_AXIS_EAST, 0);
     if (label == "axis in degrees") axis = vertical_axis(KO_AXIS_UP, 9102);
     if (label == "axis unit differs from the unit") axis = vertical_axis(KO_AXIS_UP, 9002);
     if (label == "Direction disagrees with the axis") axis = vertical_axis(KO_AXIS_UP, 0);
-    if (label == "axis slot holds a unit") axis = reinterpret_cast<ko_axis *>(ko_linunit_new_code(9001));
+    if (label == "axis slot holds a unit")
+      axis = reinterpret_cast<ko_axis *>(ko_linunit_new_code(9001));
     Slots slots;
     if (label == "projection parameter") slots.put("False_Easting", 100.0);
-    if (label == "Vertical_Shift in the Direction slot") slots.p[1] = ko_parameter_new("Vertical_Shift", 1.0);
+    if (label == "Vertical_Shift in the Direction slot")
+      slots.p[1] = ko_parameter_new("Vertical_Shift", 1.0);
     if (label == "Direction of 2") slots.put("Direction", 2.0);
     if (label == "Direction disagrees with the axis") slots.put("Direction", -1.0);
 
     ko_err err = ko::test::stale_record();
-    EXPECT_EQ(ko_vertcs_ext_new_errext("H", datum, slots.data(), unit, axis, nullptr, nullptr, &err),
-              nullptr);
+    EXPECT_EQ(
+        ko_vertcs_ext_new_errext("H", datum, slots.data(), unit, axis, nullptr, nullptr, &err),
+        nullptr);
     expect_report(err, Report{4, 8, c.number, kSource, c.message != nullptr ? c.message : "H"});
     EXPECT_EQ(ko_vdatum_p(vd), 1);
     if (axis != nullptr && ko_axis_p(axis)) {
-      EXPECT_EQ(ko_axis_unit(axis) != nullptr, label != "axis pointing east" && label != "Direction disagrees with the axis");
+      EXPECT_EQ(ko_axis_unit(axis) != nullptr,
+                label != "axis pointing east" && label != "Direction disagrees with the axis");
     }
     slots.del();
     for (void *p : {static_cast<void *>(vd), static_cast<void *>(sph), static_cast<void *>(unit),
@@ -162,7 +171,8 @@ TEST(Vertcs, EqualityRules) {
       {"depths", make("NAVD_1988_Height", "NAVD_1988", -1, 0.0, 9001), 0},
       {"feet", make("NAVD_1988_Height", "NAVD_1988", 1, 0.0, 9002), 0},
       {"shifted", make("NAVD_1988_Height", "NAVD_1988", 1, 0.01, 9001), 0},
-      {"ellipsoidal", ko_vertcs_new("NAVD_1988_Height", ko::test::wgs84_datum(), nullptr, nullptr), 0},
+      {"ellipsoidal", ko_vertcs_new("NAVD_1988_Height", ko::test::wgs84_datum(), nullptr, nullptr),
+       0},
   };
   for (const Variant &v : variants) {
     SCOPED_TRACE(v.label);
@@ -178,9 +188,9 @@ TEST(Vertcs, CloneIsDeepAndKeepsTheHeader) {
   ko_metadata *md[2] = {ko_metadata_new("Area", nullptr, 1323), nullptr};
   Slots s;
   s.put("Vertical_Shift", -0.25).put("Direction", -1.0);
-  ko_vertcs *v = ko_vertcs_ext_new("Depth", ko_vdatum_new("LAT"), s.data(), ko_linunit_new_code(9002),
-                                   vertical_axis(KO_AXIS_DOWN, 0), ko_metadata_vector_clone(md),
-                                   ko_remark_new("a remark"));
+  ko_vertcs *v = ko_vertcs_ext_new("Depth", ko_vdatum_new("LAT"), s.data(),
+                                   ko_linunit_new_code(9002), vertical_axis(KO_AXIS_DOWN, 0),
+                                   ko_metadata_vector_clone(md), ko_remark_new("a remark"));
   ko_metadata_del(md[0]);
   ASSERT_NE(v, nullptr);
   ko_object_code_set(v, 5600, 5600, 0, 0, "EPSG", "");
@@ -241,7 +251,8 @@ TEST(VertcsMemory, ConstructorAndCloneCleanUp) {
               ko_err err{};
               ko_vertcs *v = nullptr;
               if (d != nullptr && axis != nullptr && s.ok)
-                v = ko_vertcs_ext_new_errext("MSL_Depth", d, s.data(), nullptr, axis, nullptr, nullptr, &err);
+                v = ko_vertcs_ext_new_errext("MSL_Depth", d, s.data(), nullptr, axis, nullptr,
+                                             nullptr, &err);
               if (v == nullptr) {
                 if (err.number != 0) expect_report(err, Report{4, 1, 1, kSource, "MSL_Depth"});
                 if (axis != nullptr) {

@@ -49,8 +49,8 @@ Parts offset_parts(double offset = -0.3) {
 }
 
 ko_verttran *build(const char *name, Parts &p, ko_err *err, double accuracy = 999.0) {
-  ko_verttran *vt = ko_verttran_ext_new_errext(name, p.coordsys, p.vcs1, p.vcs2, p.method, p.slots.data(),
-                                               nullptr, nullptr, err, accuracy);
+  ko_verttran *vt = ko_verttran_ext_new_errext(name, p.coordsys, p.vcs1, p.vcs2, p.method,
+                                               p.slots.data(), nullptr, nullptr, err, accuracy);
   if (vt == nullptr) p.del();
   return vt;
 }
@@ -95,7 +95,9 @@ TEST(Verttran, ParameterArrayInBaseUnits) {
   p.method = ko_vtmethod_new("Vertical Offset and Slope");
   auto arcsec = [] { return reinterpret_cast<ko_unit *>(ko_angunit_new_code(9104)); };
   auto degree = [] { return reinterpret_cast<ko_unit *>(ko_angunit_new_code(9102)); };
-  p.slots.put(ko_parameter_ext_new("Vertical_Offset", reinterpret_cast<ko_unit *>(ko_linunit_new_code(9002)), 1.0))
+  p.slots
+      .put(ko_parameter_ext_new("Vertical_Offset",
+                                reinterpret_cast<ko_unit *>(ko_linunit_new_code(9002)), 1.0))
       .put(ko_parameter_ext_new("Latitude_Of_Evaluation", degree(), 46.9))
       .put(ko_parameter_ext_new("Longitude_Of_Evaluation", degree(), 7.4))
       .put(ko_parameter_ext_new("Inclination_North", arcsec(), 0.2))
@@ -170,7 +172,8 @@ TEST(Verttran, ArgumentChecksInOrder) {
       grid();
     }
     if (label == "geoid grid to ellipsoidal heights" || label == "geoid depth grid to heights") {
-      method(label == "geoid depth grid to heights" ? "Geoid_Depth_By_Grid" : "Geoid_Height_By_Grid");
+      method(label == "geoid depth grid to heights" ? "Geoid_Depth_By_Grid"
+                                                    : "Geoid_Height_By_Grid");
       grid();
       ko_object_del(p.vcs1);
       p.vcs1 = ko::test::ellipsoidal_system();
@@ -226,8 +229,10 @@ TEST(Verttran, SystemsThatSuitTheMethods) {
     p.vcs2 = c.ellipsoidal_target ? ko::test::ellipsoidal_system("B")
                                   : ko::test::gravity_system("B", "B", c.target_direction);
     p.method = ko_vtmethod_new(c.method);
-    if (c.dataset == nullptr) p.slots.put("Vertical_Offset", 1.0);
-    else if (*c.dataset != '\0') p.slots.put(c.dataset, 0.0);
+    if (c.dataset == nullptr)
+      p.slots.put("Vertical_Offset", 1.0);
+    else if (*c.dataset != '\0')
+      p.slots.put(c.dataset, 0.0);
     ko_err err{};
     ko_verttran *vt = build("T", p, &err);
     EXPECT_NE(vt, nullptr);
@@ -281,8 +286,9 @@ TEST(Verttran, CloneIsDeep) {
   Parts p = offset_parts();
   p.coordsys = ko::test::wgs84_geogcs();
   ko_metadata *md[2] = {ko_metadata_new("USA", nullptr, 1323), nullptr};
-  ko_verttran *vt = ko_verttran_ext_new("NAVD_1988_To_NGVD_1929", p.coordsys, p.vcs1, p.vcs2, p.method,
-                                        p.slots.data(), ko_metadata_vector_clone(md), ko_remark_new("r"), 0.05);
+  ko_verttran *vt =
+      ko_verttran_ext_new("NAVD_1988_To_NGVD_1929", p.coordsys, p.vcs1, p.vcs2, p.method,
+                          p.slots.data(), ko_metadata_vector_clone(md), ko_remark_new("r"), 0.05);
   ko_metadata_del(md[0]);
   ASSERT_NE(vt, nullptr);
   ko_verttran_set_opversion(vt, "v1");
