@@ -154,6 +154,10 @@ void report_no_memory(Context &ctx, const char *name);
 // Error 131 (category 4): a record refers to a code the catalogue lacks.
 void report_missing(Context &ctx, int32_t code);
 
+// The code that replaced an old code through the row's code-change table
+// (followed to its end), or the code itself.
+int32_t current_code(const ko_db_builtin_entry *row, int32_t code);
+
 // The catalogue types a type code stands for (one, or the members of a
 // composite code such as KO_TYPE_UNIT); empty for a type the factory does
 // not know.

@@ -29,10 +29,27 @@ struct Cursor {
   const unsigned char *record() const {
     return static_cast<const unsigned char *>(tbl->recs) + pos * static_cast<std::size_t>(tbl->size);
   }
-  int32_t code() const {
+  int32_t code() const { return code_at(pos); }
+  int32_t code_at(std::size_t i) const {
     int32_t c;
-    std::memcpy(&c, record() + code_offset, sizeof c);
+    std::memcpy(&c, static_cast<const unsigned char *>(tbl->recs) +
+                        i * static_cast<std::size_t>(tbl->size) + code_offset,
+                sizeof c);
     return c;
+  }
+  std::size_t size() const { return tbl != nullptr ? static_cast<std::size_t>(tbl->count) : 0; }
+  // Records whose code is at most v.
+  std::size_t count_at_most(int32_t v) const {
+    std::size_t lo = 0;
+    std::size_t hi = size();
+    while (lo < hi) {
+      std::size_t mid = lo + (hi - lo) / 2;
+      if (code_at(mid) <= v)
+        lo = mid + 1;
+      else
+        hi = mid;
+    }
+    return lo;
   }
 };
 
@@ -202,14 +219,29 @@ int32_t code_at(uint32_t type, int index) {
   }
   std::array<Cursor, kMaxMembers> cursors;
   if (!member_cursors(type, false, cursors)) return 0;
-  int32_t found = 0;
-  int position = 0;
-  walk_merged(cursors, [&](const Cursor &c) {
-    if (position++ < index) return true;
-    found = c.code();
-    return false;
-  });
-  return found;
+  // The smallest code with more than `index` codes of all the members at
+  // or below it, found by bisecting the codes.
+  auto k = static_cast<std::size_t>(index);
+  std::size_t total = 0;
+  int64_t lo = INT32_MAX;
+  int64_t hi = INT32_MIN;
+  for (const Cursor &c : cursors) {
+    if (c.size() == 0) continue;
+    total += c.size();
+    lo = std::min<int64_t>(lo, c.code_at(0));
+    hi = std::max<int64_t>(hi, c.code_at(c.size() - 1));
+  }
+  if (k >= total) return 0;
+  while (lo < hi) {
+    int64_t mid = lo + (hi - lo) / 2;
+    std::size_t at_most = 0;
+    for (const Cursor &c : cursors) at_most += c.count_at_most(static_cast<int32_t>(mid));
+    if (at_most > k)
+      hi = mid;
+    else
+      lo = mid + 1;
+  }
+  return static_cast<int32_t>(lo);
 }
 
 // An object whose area record comes twice (several areas of use) is

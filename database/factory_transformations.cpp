@@ -56,12 +56,9 @@ bool ranks_before(const Ranked &a, const Ranked &b) {
 // The geographic system a code names now (after code changes), or 0.
 int32_t current_geogcs(int32_t code) {
   const ko_db_builtin_entry *row = ko::catalog::row_of(KO_TYPE_GEOGCS);
-  for (int hop = 0; row != nullptr && hop < 8; ++hop) {
-    const ko_db_pair_rec *change = ko_db_builtin_codechange_lookup_old(row, code);
-    if (change == nullptr || change->value == code) break;
-    code = change->value;
-  }
-  return row != nullptr && ko_db_builtin_data_lookup_code(row->data, code) != nullptr ? code : 0;
+  if (row == nullptr) return 0;
+  code = current_code(row, code);
+  return ko_db_builtin_data_lookup_code(row->data, code) != nullptr ? code : 0;
 }
 
 // Visits every live transformation between the two systems (either
