@@ -4,7 +4,7 @@ set -euo pipefail
 
 packages=(cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev libsleef3
           libexpat1-dev libproj-dev proj-bin proj-data libgeographiclib-dev
-          geographiclib-tools locales clang libclang-rt-dev python3 ccache binutils)
+          geographiclib-tools locales clang libclang-rt-dev python3 ccache binutils groff-base)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")

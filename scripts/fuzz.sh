@@ -8,7 +8,9 @@ if [ ${#targets[@]} -eq 0 ]; then
   exit 0
 fi
 CC=clang CXX=clang++ cmake -S . -B build/fuzz -DCMAKE_BUILD_TYPE=Debug -DKO_BUILD_FUZZ=ON -DKO_BUILD_TESTS=OFF
-cmake --build build/fuzz -j "$(nproc)"
+names=()
+for src in "${targets[@]}"; do names+=("$(basename "$src" .cpp)"); done
+cmake --build build/fuzz -j "$(nproc)" --target "${names[@]}"
 for src in "${targets[@]}"; do
   name=$(basename "$src" .cpp)
   corpus=tests/fuzz/corpus/${name%_fuzz}
