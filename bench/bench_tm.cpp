@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "ko.h"
+#include "projections/tm_simd.h"
 
 namespace {
 
@@ -99,62 +100,60 @@ void per_point(benchmark::State &state) {
       static_cast<double>(kPoints), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
-void BM_ko_forward(benchmark::State &state) {
-  const std::vector<double> input = radians_of(geographic_degrees());
+// Times `convert` on a fresh copy of `input` per iteration.
+template <class Convert>
+void convert_all(benchmark::State &state, const std::vector<double> &input, Convert convert) {
   std::vector<double> work(input.size());
   for (auto _ : state) {
     state.PauseTiming();
     std::copy(input.begin(), input.end(), work.begin());
     state.ResumeTiming();
-    benchmark::DoNotOptimize(utm33().forward(work.data(), kPoints));
+    benchmark::DoNotOptimize(convert(work.data()));
   }
   per_point(state);
+}
+
+size_t proj_convert(PJ_DIRECTION direction, double *xy) {
+  return proj_trans_generic(proj_utm33(), direction, xy, 2 * sizeof(double), kPoints, xy + 1, 2 * sizeof(double),
+                            kPoints, nullptr, 0, 0, nullptr, 0, 0);
+}
+
+void BM_ko_forward(benchmark::State &state) {
+  convert_all(state, radians_of(geographic_degrees()), [](double *xy) { return utm33().forward(xy, kPoints); });
 }
 
 void BM_proj_forward(benchmark::State &state) {
-  const std::vector<double> &input = geographic_degrees();
-  std::vector<double> work(input.size());
-  for (auto _ : state) {
-    state.PauseTiming();
-    std::copy(input.begin(), input.end(), work.begin());
-    state.ResumeTiming();
-    benchmark::DoNotOptimize(proj_trans_generic(proj_utm33(), PJ_FWD, work.data(), 2 * sizeof(double), kPoints,
-                                                work.data() + 1, 2 * sizeof(double), kPoints, nullptr, 0, 0,
-                                                nullptr, 0, 0));
-  }
-  per_point(state);
+  convert_all(state, geographic_degrees(), [](double *xy) { return proj_convert(PJ_FWD, xy); });
 }
 
 void BM_ko_inverse(benchmark::State &state) {
-  const std::vector<double> &input = projected_points();
-  std::vector<double> work(input.size());
-  for (auto _ : state) {
-    state.PauseTiming();
-    std::copy(input.begin(), input.end(), work.begin());
-    state.ResumeTiming();
-    benchmark::DoNotOptimize(utm33().inverse(work.data(), kPoints));
-  }
-  per_point(state);
+  convert_all(state, projected_points(), [](double *xy) { return utm33().inverse(xy, kPoints); });
 }
 
 void BM_proj_inverse(benchmark::State &state) {
-  const std::vector<double> &input = projected_points();
-  std::vector<double> work(input.size());
-  for (auto _ : state) {
-    state.PauseTiming();
-    std::copy(input.begin(), input.end(), work.begin());
-    state.ResumeTiming();
-    benchmark::DoNotOptimize(proj_trans_generic(proj_utm33(), PJ_INV, work.data(), 2 * sizeof(double), kPoints,
-                                                work.data() + 1, 2 * sizeof(double), kPoints, nullptr, 0, 0,
-                                                nullptr, 0, 0));
-  }
-  per_point(state);
+  convert_all(state, projected_points(), [](double *xy) { return proj_convert(PJ_INV, xy); });
+}
+
+// The same without the four-wide kernels (what a machine without AVX2 or
+// without SLEEF runs).
+void BM_ko_forward_scalar(benchmark::State &state) {
+  ko::tm::set_vector_kernels(false);
+  BM_ko_forward(state);
+  ko::tm::set_vector_kernels(true);
+}
+
+void BM_ko_inverse_scalar(benchmark::State &state) {
+  ko::tm::set_vector_kernels(false);
+  BM_ko_inverse(state);
+  ko::tm::set_vector_kernels(true);
 }
 
 BENCHMARK(BM_ko_forward)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 BENCHMARK(BM_proj_forward)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 BENCHMARK(BM_ko_inverse)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 BENCHMARK(BM_proj_inverse)->Unit(benchmark::kMillisecond)->MinTime(1.0);
+BENCHMARK(BM_ko_forward_scalar)->Unit(benchmark::kMillisecond)->MinTime(1.0);
+BENCHMARK(BM_ko_inverse_scalar)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 
 // Keeps ns per point of each run so that the ratios can be printed at the end.
 class RatioReporter : public benchmark::ConsoleReporter {
@@ -168,11 +167,12 @@ class RatioReporter : public benchmark::ConsoleReporter {
     }
   }
   void print_ratios() const {
-    for (const char *dir : {"forward", "inverse"}) {
+    for (const char *dir : {"forward", "inverse", "forward_scalar", "inverse_scalar"}) {
       const auto ko = ns_.find(std::string("BM_ko_") + dir);
-      const auto proj = ns_.find(std::string("BM_proj_") + dir);
+      const std::string plain(dir, std::string(dir).find('_') == std::string::npos ? std::string(dir).size() : std::string(dir).find('_'));
+      const auto proj = ns_.find("BM_proj_" + plain);
       if (ko == ns_.end() || proj == ns_.end()) continue;
-      std::printf("%-8s ko %.1f ns/point, PROJ %.1f ns/point, ko is %.2f times PROJ's throughput\n", dir,
+      std::printf("%-15s ko %.1f ns/point, PROJ %.1f ns/point, ko is %.2f times PROJ's throughput\n", dir,
                   ko->second, proj->second, proj->second / ko->second);
     }
   }

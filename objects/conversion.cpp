@@ -1,5 +1,6 @@
 // Conversion: the projection of a projected system with its parameters, and
 // the 24-slot parameter array that the projection functions receive.
+#include "objects/composite.h"
 #include "objects/parameter.h"
 #include "objects/projcs.h"
 
@@ -87,22 +88,19 @@ int ko_conversion_p(const void *obj) { return ko::live_conversion(obj) != nullpt
 ko_conversion *ko_conversion_clone(const ko_conversion *c) {
   const ko_conversion *src = ko::live_conversion(c);
   if (src == nullptr) return nullptr;
-  ko::Unique<ko_projection> projection(ko_projection_clone(src->projection));
-  if (projection == nullptr) return nullptr;
+  ko::Unique<ko_projection> projection;
+  if (!ko::clone_part(src->projection, projection, ko_projection_clone)) return nullptr;
   std::array<ko::Unique<ko_parameter>, KO_PARM_COUNT> parms;
   std::array<ko_parameter *, KO_PARM_COUNT> parm_ptrs{};
   for (int i = 0; i < KO_PARM_COUNT; ++i) {
-    if (src->parms[i] == nullptr) continue;
-    parms[i].reset(ko_parameter_clone(src->parms[i]));
-    if (parms[i] == nullptr) return nullptr;
+    if (!ko::clone_part(src->parms[i], parms[i], ko_parameter_clone)) return nullptr;
     parm_ptrs[i] = parms[i].get();
   }
   ko_conversion *copy = build(ko_header_get_name(src), projection.get(), parm_ptrs);
   if (copy == nullptr) return nullptr;
   projection.release();
   for (auto &p : parms) p.release();
-  if (!ko::header_copy_checked(copy, src)) return ko_conversion_del(copy);
-  return copy;
+  return ko::with_header_of(copy, src, ko_conversion_del);
 }
 
 ko_conversion *ko_conversion_del(ko_conversion *c) {
@@ -138,8 +136,7 @@ int ko_conversion_parm_array(const ko_conversion *c, double *out) {
 }
 
 ko_projection *ko_conversion_method(const ko_conversion *c) {
-  const ko_conversion *conv = ko::live_conversion(c);
-  return conv != nullptr ? conv->projection : nullptr;
+  return ko::field_or(c, ko::live_conversion, &ko_conversion::projection, nullptr);
 }
 
 void ko_conversion_method_set(ko_conversion *c, ko_projection *projection) {

@@ -1,8 +1,10 @@
 // Projected coordinate system: a geographic system and a conversion, with
 // axes, one linear unit, metadata, remark and the projection constants that
 // the point conversion loads on first use.
+#include "objects/composite.h"
 #include "objects/parameter.h"
 #include "objects/projcs.h"
+#include "objects/system_parts.h"
 
 #include <array>
 
@@ -161,6 +163,26 @@ bool geogcs_eqnn(const ko_geogcs *a, const ko_geogcs *b) {
          units_match(ko_geogcs_vert_unit(a), ko_geogcs_vert_unit(b));
 }
 
+// The checks of the constructor's arguments in their order; the number of
+// the first that fails, or 0.  A given unit must be linear and agree with
+// the first axis's unit and, in three dimensions, the first and third
+// axes' units with each other and with it.
+int argument_error(const ko_geogcs *geogcs, const ko_conversion *conversion, int dimension,
+                   ko_axis *const *axes, const ko_linunit *unit) {
+  if (ko::live_geogcs(geogcs) == nullptr) return 331;
+  if (ko::live_conversion(conversion) == nullptr) return 328;
+  if ((dimension != 2 && dimension != 3) || dimension > geogcs->dimension) return 488;
+  if (int number = ko_axis_check_order(axes, dimension, KO_AXIS_KIND_PROJECTED); number != 0)
+    return number;
+  if (unit == nullptr) return 0;
+  if (ko::live_unit(unit, KO_TYPE_LINUNIT) == nullptr) return 323;
+  ko_unit *horizontal = axis_unit(axes, 0);
+  ko_unit *vertical = dimension == 3 ? axis_unit(axes, 2) : nullptr;
+  bool agree = units_agree(unit, horizontal) && units_agree(horizontal, vertical) &&
+               units_agree(unit, vertical);
+  return agree ? 0 : 477;
+}
+
 }  // namespace
 
 extern "C" {
@@ -171,32 +193,8 @@ ko_projcs *ko_projcs_ext_new_errext(const char *name, ko_geogcs *geogcs,
                                     ko_err *err) {
   if (name == nullptr) name = "";
   ko::errext_prologue(err, kSource, name);
-  if (ko::live_geogcs(geogcs) == nullptr) {
-    ko::report_bad_argument(err, 331, kSource, name);
-    return nullptr;
-  }
-  ko_conversion *conv = ko::live_conversion(conversion);
-  if (conv == nullptr) {
-    ko::report_bad_argument(err, 328, kSource, name);
-    return nullptr;
-  }
-  if ((dimension != 2 && dimension != 3) || dimension > geogcs->dimension) {
-    ko::report_bad_argument(err, 488, kSource, name);
-    return nullptr;
-  }
-  if (int number = ko_axis_check_order(axes, dimension, KO_AXIS_KIND_PROJECTED); number != 0) {
+  if (int number = argument_error(geogcs, conversion, dimension, axes, unit); number != 0) {
     ko::report_bad_argument(err, number, kSource, name);
-    return nullptr;
-  }
-  if (unit != nullptr && ko::live_unit(unit, KO_TYPE_LINUNIT) == nullptr) {
-    ko::report_bad_argument(err, 323, kSource, name);
-    return nullptr;
-  }
-  ko_unit *horizontal = axis_unit(axes, 0);
-  ko_unit *vertical = dimension == 3 ? axis_unit(axes, 2) : nullptr;
-  if (unit != nullptr && (!units_agree(unit, horizontal) || !units_agree(horizontal, vertical) ||
-                          !units_agree(unit, vertical))) {
-    ko::report_bad_argument(err, 477, kSource, name);
     return nullptr;
   }
   UnitChoice choice = choose_unit(unit, axes, dimension);
@@ -206,11 +204,14 @@ ko_projcs *ko_projcs_ext_new_errext(const char *name, ko_geogcs *geogcs,
     return nullptr;
   }
 
-  const ko_unit *linear =
-      choice.unit != nullptr ? reinterpret_cast<const ko_unit *>(choice.unit) : horizontal;
-  ParameterFix fix = plan_parameter_fix(*conv, angular_unit_of(geogcs), linear);
+  // Everything that may run out of memory is made before the system, so
+  // that a failure leaves the caller's objects as they were.
+  ko_conversion &conv = *conversion;
+  const ko_unit *linear = choice.unit != nullptr ? reinterpret_cast<const ko_unit *>(choice.unit)
+                                                 : axis_unit(axes, 0);
+  ParameterFix fix = plan_parameter_fix(conv, angular_unit_of(geogcs), linear);
   bool special_ok = true;
-  ko::Unique<ko_projection> replacement = plan_special_case(*conv, special_ok);
+  ko::Unique<ko_projection> replacement = plan_special_case(conv, special_ok);
   bool ready = !choice.out_of_memory && fix.ok && special_ok;
   auto *p = ready ? ko::make_object<ko_projcs>(KO_TYPE_PROJCS, name) : nullptr;
   if (p == nullptr) {
@@ -220,7 +221,7 @@ ko_projcs *ko_projcs_ext_new_errext(const char *name, ko_geogcs *geogcs,
 
   choice.made.release();
   p->geogcs = geogcs;
-  p->conversion = conv;
+  p->conversion = conversion;
   p->dimension = dimension;
   for (int i = 0; axes != nullptr && i < dimension; ++i) {
     p->axes[i] = axes[i];
@@ -231,8 +232,8 @@ ko_projcs *ko_projcs_ext_new_errext(const char *name, ko_geogcs *geogcs,
   p->remark = remark;
   p->constants = nullptr;
   p->constants_state = kProjConstantsNotLoaded;
-  apply_parameter_fix(*conv, fix);
-  apply_special_case(*conv, replacement);
+  apply_parameter_fix(conv, fix);
+  apply_special_case(conv, replacement);
   return p;
 }
 
@@ -259,40 +260,24 @@ int ko_projcs_p(const void *obj) { return ko::live_projcs(obj) != nullptr; }
 ko_projcs *ko_projcs_clone(const ko_projcs *p) {
   const ko_projcs *src = ko::live_projcs(p);
   if (src == nullptr) return nullptr;
-  ko::Unique<ko_geogcs> geogcs(ko_geogcs_clone(src->geogcs));
-  ko::Unique<ko_conversion> conversion(ko_conversion_clone(src->conversion));
-  ko::Unique<ko_linunit> unit(src->unit != nullptr ? ko_linunit_clone(src->unit) : nullptr);
-  ko::Unique<ko_remark> remark(src->remark != nullptr ? ko_remark_clone(src->remark) : nullptr);
-  std::array<ko::Unique<ko_axis>, KO_AXIS_MAX> axes;
-  bool has_axes = src->axes[0] != nullptr;
-  bool ok = geogcs != nullptr && conversion != nullptr &&
-            (src->unit == nullptr || unit != nullptr) &&
-            (src->remark == nullptr || remark != nullptr);
-  for (int i = 0; ok && has_axes && i < src->dimension; ++i) {
-    axes[i].reset(ko_axis_clone(src->axes[i]));
-    ok = axes[i] != nullptr;
-  }
-  ko_metadata **metadata = nullptr;
-  if (ok && src->metadata != nullptr) {
-    metadata = ko_metadata_vector_clone(src->metadata);
-    ok = metadata != nullptr;
-  }
+  ko::Unique<ko_geogcs> geogcs;
+  ko::Unique<ko_conversion> conversion;
+  ko::Unique<ko_linunit> unit;
+  ko::SystemPartsClone parts(src->axes, src->dimension, src->metadata, src->remark);
+  bool ok = parts.ok() && ko::clone_part(src->geogcs, geogcs, ko_geogcs_clone) &&
+            ko::clone_part(src->conversion, conversion, ko_conversion_clone) &&
+            ko::clone_part(src->unit, unit, ko_linunit_clone);
   if (!ok) return nullptr;
-  std::array<ko_axis *, KO_AXIS_MAX> axis_ptrs = {axes[0].get(), axes[1].get(), axes[2].get()};
-  ko_projcs *copy = ko_projcs_ext_new_errext(
-      ko_header_get_name(src), geogcs.get(), conversion.get(), src->dimension,
-      has_axes ? axis_ptrs.data() : nullptr, unit.get(), metadata, remark.get(), nullptr);
-  if (copy == nullptr) {
-    ko_metadata_vector_del(metadata);
-    return nullptr;
-  }
+  ko_projcs *copy = ko_projcs_ext_new_errext(ko_header_get_name(src), geogcs.get(),
+                                             conversion.get(), src->dimension, parts.axes(),
+                                             unit.get(), parts.metadata(), parts.remark(),
+                                             nullptr);
+  if (copy == nullptr) return nullptr;
   geogcs.release();
   conversion.release();
   unit.release();
-  remark.release();
-  for (auto &axis : axes) axis.release();
-  if (!ko::header_copy_checked(copy, src)) return ko_projcs_del(copy);
-  return copy;
+  parts.release();
+  return ko::with_header_of(copy, src, ko_projcs_del);
 }
 
 ko_projcs *ko_projcs_del(ko_projcs *p) {
@@ -328,13 +313,11 @@ int ko_projcs_eqnn(const ko_projcs *a, const ko_projcs *b) {
 }
 
 ko_geogcs *ko_projcs_geogcs(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->geogcs : nullptr;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::geogcs, nullptr);
 }
 
 ko_conversion *ko_projcs_conversion(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->conversion : nullptr;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::conversion, nullptr);
 }
 
 ko_projection *ko_projcs_projection(const ko_projcs *p) {
@@ -342,8 +325,7 @@ ko_projection *ko_projcs_projection(const ko_projcs *p) {
 }
 
 ko_linunit *ko_projcs_linunit(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->unit : nullptr;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::unit, nullptr);
 }
 
 ko_linunit *ko_projcs_unit(const ko_projcs *p) {
@@ -361,8 +343,7 @@ ko_linunit *ko_projcs_vert_unit(const ko_projcs *p) {
 }
 
 int ko_projcs_dimension(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->dimension : 0;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::dimension, 0);
 }
 
 ko_axis *ko_projcs_axis(const ko_projcs *p, int index) {
@@ -372,13 +353,11 @@ ko_axis *ko_projcs_axis(const ko_projcs *p, int index) {
 }
 
 ko_metadata **ko_projcs_metadata_vector(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->metadata : nullptr;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::metadata, nullptr);
 }
 
 ko_remark *ko_projcs_remark(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->remark : nullptr;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::remark, nullptr);
 }
 
 int ko_projcs_parm_array(const ko_projcs *p, double *out) {

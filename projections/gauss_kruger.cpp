@@ -31,6 +31,7 @@
 #include "projections/tm_family.h"
 #include "projections/tm_simd.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -104,23 +105,23 @@ int ellipsoid_constants(ko_constants *constants, const double *sph, const double
 struct ScalarMath {
   using V = double;
   static constexpr int kWidth = 1;
-  static void load(const double *p, V &x, V &y) {
+  void load(const double *p, V &x, V &y) const {
     x = p[0];
     y = p[1];
   }
-  static void store(double *p, V x, V y) {
+  void store(double *p, V x, V y) const {
     p[0] = x;
     p[1] = y;
   }
-  static void sincos(V a, V &s, V &c) {
+  void sincos(V a, V &s, V &c) const {
     s = std::sin(a);
     c = std::cos(a);
   }
-  static V atan2(V y, V x) { return std::atan2(y, x); }
-  static V log1p(V a) { return std::log1p(a); }
-  static V expm1(V a) { return std::expm1(a); }
-  static V sqrt(V a) { return std::sqrt(a); }
-  static V wrap(V a) { return wrap_longitude(a); }
+  V atan2(V y, V x) const { return std::atan2(y, x); }
+  V log1p(V a) const { return std::log1p(a); }
+  V expm1(V a) const { return std::expm1(a); }
+  V sqrt(V a) const { return std::sqrt(a); }
+  V wrap(V a) const { return wrap_longitude(a); }
 };
 
 #include "projections/gauss_kruger_kernels.h"
@@ -133,28 +134,28 @@ struct ScalarMath {
 struct Avx2Math {
   using V = v4d;
   static constexpr int kWidth = 4;
-  static inline const SleefAvx2 *fn = nullptr;
-  KO_TM_INLINE static void load(const double *p, V &x, V &y) {
+  const SleefAvx2 *fn;
+  KO_TM_INLINE void load(const double *p, V &x, V &y) const {
     x = V{p[0], p[2], p[4], p[6]};
     y = V{p[1], p[3], p[5], p[7]};
   }
-  KO_TM_INLINE static void store(double *p, V x, V y) {
+  KO_TM_INLINE void store(double *p, V x, V y) const {
     for (int k = 0; k < 4; ++k) {
       p[2 * k] = x[k];
       p[2 * k + 1] = y[k];
     }
   }
-  KO_TM_INLINE static void sincos(V a, V &s, V &c) {
+  KO_TM_INLINE void sincos(V a, V &s, V &c) const {
     const v4d_pair r = fn->sincos(a);
     s = r.sin;
     c = r.cos;
   }
-  KO_TM_INLINE static V atan2(V y, V x) { return fn->atan2(y, x); }
-  KO_TM_INLINE static V log1p(V a) { return fn->log1p(a); }
-  KO_TM_INLINE static V expm1(V a) { return fn->expm1(a); }
-  KO_TM_INLINE static V sqrt(V a) { return __builtin_ia32_sqrtpd256(a); }
+  KO_TM_INLINE V atan2(V y, V x) const { return fn->atan2(y, x); }
+  KO_TM_INLINE V log1p(V a) const { return fn->log1p(a); }
+  KO_TM_INLINE V expm1(V a) const { return fn->expm1(a); }
+  KO_TM_INLINE V sqrt(V a) const { return __builtin_ia32_sqrtpd256(a); }
   // Lanes outside [-pi, pi] (rare) are wrapped one by one.
-  KO_TM_INLINE static V wrap(V a) {
+  KO_TM_INLINE V wrap(V a) const {
     const auto outside = (a < -kPi) | (a > kPi);
     if (outside[0] | outside[1] | outside[2] | outside[3]) {
       for (int k = 0; k < 4; ++k) a[k] = wrap_longitude(a[k]);
@@ -169,33 +170,51 @@ namespace avx2 {
 
 // The four-wide loops, compiled for AVX2; they return how many points they
 // did (a multiple of four), the rest is left to the scalar loop.
-int forward_avx2(const double *d, double lam0, int n, double *coords) {
+int forward_avx2(const SleefAvx2 *fn, const double *d, double lam0, int n, double *coords) {
+  const Avx2Math math{fn};
   int i = 0;
-  for (; i + 4 <= n; i += 4) avx2::forward_points<Avx2Math>(d, lam0, coords + 2 * i);
+  for (; i + 4 <= n; i += 4) avx2::forward_points(math, d, lam0, coords + 2 * i);
   return i;
 }
 
-int inverse_avx2(const double *d, double lam0, int n, double *coords) {
+int inverse_avx2(const SleefAvx2 *fn, const double *d, double lam0, int n, double *coords) {
+  const Avx2Math math{fn};
   int i = 0;
-  for (; i + 4 <= n; i += 4) avx2::inverse_points<Avx2Math>(d, lam0, coords + 2 * i);
+  for (; i + 4 <= n; i += 4) avx2::inverse_points(math, d, lam0, coords + 2 * i);
   return i;
 }
 
 #pragma GCC pop_options
 
+// Runs a four-wide loop over the whole array: the last one to three points
+// go through it in a padded block, so that a point's result does not depend
+// on its place in the array.
+int run_four_wide(int (*loop)(const SleefAvx2 *, const double *, double, int, double *), const SleefAvx2 *fn,
+                  const double *d, double lam0, int n, double *coords) {
+  const int done = loop(fn, d, lam0, n, coords);
+  const int rest = n - done;
+  if (rest > 0) {
+    double block[8] = {};
+    std::copy(coords + 2 * done, coords + 2 * n, block);
+    loop(fn, d, lam0, 4, block);
+    std::copy(block, block + 2 * rest, coords + 2 * done);
+  }
+  return n;
+}
+
 int ellipsoid_forward(const double *parms, int n, double *coords, const double *d) {
   const double lam0 = parms[kCentralMeridian];
-  int done = 0;
-  if ((Avx2Math::fn = sleef_avx2()) != nullptr) done = forward_avx2(d, lam0, n, coords);
-  for (int i = done; i < n; ++i) forward_points<ScalarMath>(d, lam0, coords + 2 * i);
+  if (const SleefAvx2 *fn = sleef_avx2()) return run_four_wide(forward_avx2, fn, d, lam0, n, coords);
+  const ScalarMath math;
+  for (int i = 0; i < n; ++i) forward_points(math, d, lam0, coords + 2 * i);
   return n;
 }
 
 int ellipsoid_inverse(const double *parms, int n, double *coords, const double *d) {
   const double lam0 = parms[kCentralMeridian];
-  int done = 0;
-  if ((Avx2Math::fn = sleef_avx2()) != nullptr) done = inverse_avx2(d, lam0, n, coords);
-  for (int i = done; i < n; ++i) inverse_points<ScalarMath>(d, lam0, coords + 2 * i);
+  if (const SleefAvx2 *fn = sleef_avx2()) return run_four_wide(inverse_avx2, fn, d, lam0, n, coords);
+  const ScalarMath math;
+  for (int i = 0; i < n; ++i) inverse_points(math, d, lam0, coords + 2 * i);
   return n;
 }
 
@@ -229,11 +248,14 @@ int sphere_forward(const double *parms, int n, double *coords, const double *dva
   const double half_ak0 = dvals[1];
   for (int i = 0; i < n; ++i) {
     double *p = coords + 2 * i;
+    // 0, or NaN when a coordinate is not finite (an infinite latitude would
+    // otherwise pass the pole test below)
+    const double poison = 0.0 * p[0] * p[1];
     const double lam = ko_delta(p[0] - lam0);
     const double phi = clamp_to(p[1], kHalfPi, kPoleLatitude);
     const double b = clamp_to(std::cos(phi) * std::sin(lam), 1.0, kLimitB);
-    p[0] = std::log((1.0 + b) / (1.0 - b)) * half_ak0;
-    p[1] = (std::atan2(std::tan(phi), std::cos(lam)) - phi0) * ak0;
+    p[0] = std::log((1.0 + b) / (1.0 - b)) * half_ak0 + poison;
+    p[1] = (std::atan2(std::tan(phi), std::cos(lam)) - phi0) * ak0 + poison;
   }
   return n;
 }
@@ -246,11 +268,14 @@ int sphere_inverse(const double *parms, int n, double *coords, const double *dva
   const double inv_ak0 = 1.0 / dvals[0];
   for (int i = 0; i < n; ++i) {
     double *p = coords + 2 * i;
+    // 0, or NaN when a coordinate is not finite (atan2 would give a finite
+    // angle for an infinite easting)
+    const double poison = 0.0 * p[0] * p[1];
     const double d = p[1] * inv_ak0 + phi0;
     const double sh = std::sinh(p[0] * inv_ak0);
     const double cd = std::cos(d);
-    p[1] = std::atan2(std::sin(d), std::hypot(sh, cd));
-    p[0] = ko_delta(std::atan2(sh, cd) + lam0);
+    p[1] = std::atan2(std::sin(d), std::hypot(sh, cd)) + poison;
+    p[0] = ko_delta(std::atan2(sh, cd) + lam0) + poison;
   }
   return n;
 }

@@ -20,6 +20,7 @@
 // builds temporary constants per call and could fail on some calls only.
 // The next block is prefetched while the projection works on the current
 // one, so the unit pass does not wait on memory either.
+#include "objects/composite.h"
 #include "objects/projcs.h"
 
 #include <algorithm>
@@ -122,7 +123,6 @@ void remove_false_origin(double *coords, int n, const Frame &f) {
     for (std::size_t k = 0; k < 2; ++k) coords[i + k] = coords[i + k] * f.linear - origin[k];
 }
 
-
 // Asks for the next block while the projection works on this one, so that
 // the unit pass finds it in the cache instead of waiting on memory.
 void prefetch_block(const double *block, int m) {
@@ -214,8 +214,7 @@ void ko_projcs_unload_constants(ko_projcs *p) {
 }
 
 ko_constants *ko_projcs_constants(const ko_projcs *p) {
-  const ko_projcs *pp = ko::live_projcs(p);
-  return pp != nullptr ? pp->constants : nullptr;
+  return ko::field_or(p, ko::live_projcs, &ko_projcs::constants, nullptr);
 }
 
 int ko_geog_to_proj(ko_projcs *p, int n, double *coords) {

@@ -184,6 +184,18 @@ bool newton(const Exact &x, cplx target, cplx &w, F f, Slope slope) {
   return false;
 }
 
+// Follows the solution of f(w) = target from a point `from` whose solution
+// w is known, through equal steps of the target, each solved by Newton's
+// method from the last: for targets that neither start reaches.
+template <class F, class Slope>
+bool continuation(const Exact &x, cplx from, cplx target, cplx &w, F f, Slope slope) {
+  constexpr int kSteps = 16;
+  for (int k = 1; k <= kSteps; ++k) {
+    if (!newton(x, from + (target - from) * (static_cast<real>(k) / kSteps), w, f, slope)) return false;
+  }
+  return true;
+}
+
 // w for psi + i lambda in the quadrant (lambda <= 90 degrees).
 cplx solve_zeta(const Exact &x, real psi, real lam) {
   const cplx target(psi, lam);
@@ -202,7 +214,13 @@ cplx solve_zeta(const Exact &x, real psi, real lam) {
   // Near the singular point: zeta - zeta_s = -(m' e / 3) t³, t = w - iK'.
   w = cplx(0.0L, x.big_kp) + cube_root_into_quadrant(-3.0L * (target - singular) / (x.mc * x.e));
   w = clamp_quadrant(x, w);
-  newton(x, target, w, f, slope);
+  if (newton(x, target, w, f, slope)) return w;
+  // Beyond the singular longitude near the equator: come down the meridian
+  // from latitude 84 degrees (psi = 3), where the spherical start holds.
+  const cplx high(std::fmax(psi, 3.0L), lam);
+  w = cplx(std::atan2(std::sinh(high.real()), std::cos(lam)) * x.big_k / kHalfPiL,
+           std::fmin(std::atanh(std::sin(lam) / std::cosh(high.real())), x.big_kp));
+  if (newton(x, high, w, f, slope)) continuation(x, high, target, w, f, slope);
   return w;
 }
 
@@ -221,7 +239,18 @@ cplx solve_sigma(const Exact &x, real xi, real eta) {
   // Near the image of the singular point: sigma - sigma_s = -(m'/3) t³.
   const cplx singular(0.0L, x.big_kp - x.big_ep);
   w = clamp_quadrant(x, cplx(0.0L, x.big_kp) + cube_root_into_quadrant(-3.0L * (target - singular) / x.mc));
-  newton(x, target, w, f, slope);
+  if (newton(x, target, w, f, slope)) return w;
+  // Otherwise come in from the image of the 90-degree meridian (u = K, where
+  // xi = E and eta grows from 0 to infinity with v), along the line of
+  // constant eta; the point on that line is found by bisection on v.
+  real lo = 0.0L, hi = x.big_kp;
+  for (int k = 0; k < 80; ++k) {
+    const real mid = 0.5L * (lo + hi);
+    const cplx probe(x.big_k, mid);
+    (sigma(x, functions_at(x, probe), probe).imag() < eta ? lo : hi) = mid;
+  }
+  w = cplx(x.big_k, 0.5L * (lo + hi));
+  continuation(x, cplx(x.big_e, eta), target, w, f, slope);
   return w;
 }
 

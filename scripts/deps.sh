@@ -2,7 +2,7 @@
 # Installs the Debian packages the build and the tests need, when missing.
 set -euo pipefail
 
-packages=(cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev
+packages=(cmake g++ make pkg-config libgtest-dev libgmock-dev libbenchmark-dev libsleef3
           libexpat1-dev libproj-dev proj-bin proj-data libgeographiclib-dev
           geographiclib-tools locales clang libclang-rt-dev python3 ccache binutils)
 missing=()

@@ -56,11 +56,13 @@ void geodetic_to_geocentric(double a, double e2, double lon, double lat, double 
   xyz[2] = (n * (1.0 - e2) + h) * sin_lat;
 }
 
-void geocentric_to_geodetic(double a, double e2, const double xyz[3], double &lon,
-                            double &lat, double &h) {
-  const double x = xyz[0], y = xyz[1], z = xyz[2];
+namespace {
+
+// Vermeille's solution for a point rho from the axis and z from the
+// equatorial plane: his D, the length with tan φ = z / D, and the height.
+// False on the equatorial plane inside the evolute, where u + v = 0.
+inline bool vermeille(double a, double e2, double rho, double z, double &d, double &h) {
   const double e4 = e2 * e2;
-  const double rho = std::sqrt(x * x + y * y);
   const double xa = rho / a, za = z / a;
   const double p = xa * xa;
   const double q = (1.0 - e2) * za * za;
@@ -83,17 +85,82 @@ void geocentric_to_geodetic(double a, double e2, const double xyz[3], double &lo
   }
   const double v = std::sqrt(u * u + e4 * q);
   const double uv = u + v;
-  lon = std::atan2(y, x);
-  if (!(uv > 0.0)) {
-    equatorial_inside_evolute(a, e2, p, z, lat, h);
-    return;
-  }
+  if (!(uv > 0.0)) return false;
   const double w = e2 * (uv - q) / (2.0 * v);
   const double k = uv / (std::sqrt(w * w + uv) + w);
-  const double d = k * rho / (k + e2);
-  const double dz = std::sqrt(d * d + z * z);
-  lat = 2.0 * std::atan2(z, d + dz);
-  h = (k + e2 - 1.0) * dz / k;
+  d = k * rho / (k + e2);
+  h = (k + e2 - 1.0) * std::sqrt(d * d + z * z) / k;
+  return true;
+}
+
+// The angle of the direction (den, num) measured from a nearby reference
+// direction, i.e. atan2(num, den) for den > 0: a short series (error below
+// 1e-25 of the angle) when the angle is under 1e-3, the library's atan2
+// otherwise.  The Helmert loop measures the new longitude and latitude
+// from the old ones this way, which keeps two atan2 calls out of it.
+inline double angle_from_reference(double num, double den) {
+  if (den > 0.0 && std::fabs(num) < 1e-3 * den) {
+    const double t = num / den, t2 = t * t;
+    return t * (1.0 - t2 * (1.0 / 3.0 - t2 * (1.0 / 5.0 - t2 * (1.0 / 7.0))));
+  }
+  return std::atan2(num, den);
+}
+
+// Newton's method for the latitude of a point (rho from the axis, z from
+// the equatorial plane) on a spheroid, started from a latitude lat0 known to
+// be close, with its sine and cosine.  The foot of the normal through the
+// point satisfies
+//   f(φ) = ρ sinφ - z cosφ - a e² sinφ cosφ / W = 0,  W = sqrt(1 - e² sin²φ),
+//   f'(φ) = ρ cosφ + z sinφ - a e² ((cos²φ - sin²φ) W² + e² sin²φ cos²φ) / W³.
+// Near the surface f''/f' is of order e², so a start 1e-3 away is good to
+// 1e-8 after one step and to the last bit after the second; the sine and
+// cosine of each new estimate come from those of the start by the angle-sum
+// rule with short series for the small correction, so no trigonometric
+// function is called.  Then h = ρ cosφ + z sinφ - a W.  False when the
+// start is too far or the point too near the centre for this to hold; the
+// caller then uses Vermeille's form.
+inline bool latitude_near(double a, double e2, double rho, double z, double lat0,
+                          double sin0, double cos0, double &lat, double &h) {
+  double s = sin0, c = cos0, total = 0.0;
+  for (int step = 0; step < 2; ++step) {
+    const double w2 = 1.0 - e2 * s * s, w = std::sqrt(w2);
+    const double f = rho * s - z * c - a * e2 * s * c / w;
+    const double df = rho * c + z * s - a * e2 * ((c * c - s * s) * w2 + e2 * s * s * c * c) / (w2 * w);
+    if (!(df > 0.5 * a)) return false;
+    const double delta = -f / df;
+    if (!(std::fabs(delta) < 1e-3)) return false;
+    // sin and cos of delta to 1e-19 for |delta| < 1e-3.
+    const double d2 = delta * delta;
+    const double sd = delta * (1.0 - d2 * (1.0 / 6.0 - d2 * (1.0 / 120.0)));
+    const double cd = 1.0 - d2 * (0.5 - d2 * (1.0 / 24.0 - d2 * (1.0 / 720.0)));
+    const double s_new = s * cd + c * sd;
+    c = c * cd - s * sd;
+    s = s_new;
+    total += delta;
+  }
+  lat = lat0 + total;
+  h = rho * c + z * s - a * std::sqrt(1.0 - e2 * s * s);
+  return true;
+}
+
+}  // namespace
+
+void geocentric_to_geodetic(double a, double e2, const double xyz[3], double &lon,
+                            double &lat, double &h) {
+  const double x = xyz[0], y = xyz[1], z = xyz[2];
+  const double rho = std::sqrt(x * x + y * y);
+  lon = std::atan2(y, x);
+  double d;
+  if (!vermeille(a, e2, rho, z, d, h)) {
+    const double xa = rho / a;
+    equatorial_inside_evolute(a, e2, xa * xa, z, lat, h);
+    return;
+  }
+  lat = 2.0 * std::atan2(z, d + std::sqrt(d * d + z * z));
+}
+
+bool spheroid_ok(const double *sph) {
+  return sph != nullptr && sph[0] > 0.0 && std::isfinite(sph[0]) && sph[1] >= 0.0 && sph[1] < 1.0;
 }
 
 Affine helmert_affine(const double t[3], double rx, double ry, double rz, double ds,
@@ -138,22 +205,45 @@ bool invert_affine(const Affine &f, Affine &inverse) {
 
 int transform_through_geocentric(const double *sph_in, const double *sph_out, const Affine &f,
                                  int n, double *coord, double *z) {
-  if (coord == nullptr || n < 0 || sph_in == nullptr || sph_out == nullptr) return -1;
+  if (coord == nullptr || n < 0 || !spheroid_ok(sph_in) || !spheroid_ok(sph_out)) return -1;
   const double a1 = sph_in[0], e21 = sph_in[1];
   const double a2 = sph_out[0], e22 = sph_out[1];
   const double *m = f.m;
   int converted = 0;
   for (int i = 0; i < n; ++i) {
     double *c = coord + 2 * i;
+    const double lon = c[0], lat = c[1];
     const double h = z != nullptr ? z[i] : 0.0;
-    if (!(std::isfinite(c[0]) && std::isfinite(c[1]) && std::isfinite(h))) continue;
-    double xyz[3];
-    geodetic_to_geocentric(a1, e21, c[0], c[1], h, xyz);
-    const double out[3] = {f.t[0] + m[0] * xyz[0] + m[1] * xyz[1] + m[2] * xyz[2],
-                           f.t[1] + m[3] * xyz[0] + m[4] * xyz[1] + m[5] * xyz[2],
-                           f.t[2] + m[6] * xyz[0] + m[7] * xyz[1] + m[8] * xyz[2]};
-    double h2;
-    geocentric_to_geodetic(a2, e22, out, c[0], c[1], h2);
+    if (!(std::isfinite(lon) && std::isfinite(lat) && std::isfinite(h))) continue;
+    // Geodetic to geocentric on the source spheroid, keeping the sines and
+    // cosines to measure the result from.
+    const double sin_lat = std::sin(lat), cos_lat = std::cos(lat);
+    const double sin_lon = std::sin(lon), cos_lon = std::cos(lon);
+    const double nu = a1 / std::sqrt(1.0 - e21 * sin_lat * sin_lat);
+    const double r = (nu + h) * cos_lat;
+    const double x = r * cos_lon, y = r * sin_lon, zz = (nu * (1.0 - e21) + h) * sin_lat;
+    const double out[3] = {f.t[0] + m[0] * x + m[1] * y + m[2] * zz,
+                           f.t[1] + m[3] * x + m[4] * y + m[5] * zz,
+                           f.t[2] + m[6] * x + m[7] * y + m[8] * zz};
+    // Back to geodetic on the target spheroid.  The new latitude is found
+    // by Newton's method from the old one, which is within a datum shift of
+    // it; far from it (or near the centre) by Vermeille's closed form.
+    const double rho = std::sqrt(out[0] * out[0] + out[1] * out[1]);
+    double lat2, h2;
+    if (!latitude_near(a2, e22, rho, out[2], lat, sin_lat, cos_lat, lat2, h2)) {
+      double d;
+      if (vermeille(a2, e22, rho, out[2], d, h2)) {
+        lat2 = lat + angle_from_reference(out[2] * cos_lat - d * sin_lat,
+                                          d * cos_lat + out[2] * sin_lat);
+      } else {
+        const double xa = rho / a2;
+        equatorial_inside_evolute(a2, e22, xa * xa, out[2], lat2, h2);
+      }
+    }
+    const double lon2 = lon + angle_from_reference(out[1] * cos_lon - out[0] * sin_lon,
+                                                   out[0] * cos_lon + out[1] * sin_lon);
+    c[0] = wrap_pi(lon2);
+    c[1] = lat2;
     if (z != nullptr) z[i] = h2;
     ++converted;
   }

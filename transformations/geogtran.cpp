@@ -5,6 +5,7 @@
 
 #include "objects/units.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -62,6 +63,47 @@ std::array<ko_parameter *, KO_PARM_COUNT> taken_parameters(ko_parameter *const *
   return slots;
 }
 
+// Gives the transformation parameters their units and default factors
+// (ko_geogtran_parameters_fix), remembering enough to take it back.  Every
+// unit is made before any is attached, so running out of memory changes
+// nothing.
+class UnitFix {
+ public:
+  bool apply(ko_parameter **parms) {
+    if (parms == nullptr) return false;
+    std::array<ko::Unique<ko_unit>, KO_PARM_COUNT> made;
+    for (int i = 0; i < KO_PARM_COUNT; ++i) {
+      const UnitRule *rule = rule_for(parms[i]);
+      if (rule == nullptr || ko_parameter_unit(parms[i]) != nullptr) continue;
+      made[i].reset(ko::unit_build(rule->type, rule->name, rule->factor, kSource, nullptr));
+      if (made[i] == nullptr) return false;
+    }
+    for (int i = 0; i < KO_PARM_COUNT; ++i) {
+      const UnitRule *rule = rule_for(parms[i]);
+      if (rule == nullptr) continue;
+      old_factor_[i] = ko_parameter_dflt_factor(parms[i]);
+      attached_[i] = made[i] != nullptr;
+      if (attached_[i]) ko_parameter_unit_set(parms[i], made[i].release());
+      ko_parameter_dflt_factor_set(parms[i], rule->factor);
+      changed_[i] = true;
+    }
+    return true;
+  }
+  // Restores the parameters as they were before apply.
+  void undo(ko_parameter **parms) const {
+    for (int i = 0; i < KO_PARM_COUNT; ++i) {
+      if (!changed_[i]) continue;
+      if (attached_[i]) ko_parameter_unit_set(parms[i], nullptr);
+      ko_parameter_dflt_factor_set(parms[i], old_factor_[i]);
+    }
+  }
+
+ private:
+  std::array<bool, KO_PARM_COUNT> changed_{};
+  std::array<bool, KO_PARM_COUNT> attached_{};
+  std::array<double, KO_PARM_COUNT> old_factor_{};
+};
+
 const char *dataset_name(const ko_geogtran &gt) {
   const ko_parameter *dataset = gt.parms[ko::kSlotDataset];
   return ko_parameter_p(dataset) ? ko_header_get_name(dataset) : nullptr;
@@ -69,10 +111,10 @@ const char *dataset_name(const ko_geogtran &gt) {
 
 // A failed constants load is final, so it is reported once, to the message
 // callback and the log: a grid method names the files it could not read.
-void report_load_failure(const ko_geogtran &g) {
+void report_load_failure(const ko_geogtran &g, bool no_record) {
   constexpr const char *kLoadSource = "ko_geogtran_load_constants_with_extent";
   const char *name = ko_header_get_name(&g);
-  if (g.constants_status == kGtConstantsNoRecord) {
+  if (no_record) {
     ko::report_no_memory(nullptr, kLoadSource, name);
     return;
   }
@@ -93,29 +135,15 @@ void report_load_failure(const ko_geogtran &g) {
 extern "C" {
 
 int ko_geogtran_parameters_fix(ko_parameter **parms) {
-  if (parms == nullptr) return 0;
-  // Every unit is made before any is attached, so running out of memory
-  // changes nothing.
-  std::array<ko::Unique<ko_unit>, KO_PARM_COUNT> made;
-  for (int i = 0; i < KO_PARM_COUNT; ++i) {
-    const UnitRule *rule = rule_for(parms[i]);
-    if (rule == nullptr || ko_parameter_unit(parms[i]) != nullptr) continue;
-    made[i].reset(ko::unit_build(rule->type, rule->name, rule->factor, kSource, nullptr));
-    if (made[i] == nullptr) return 0;
-  }
-  for (int i = 0; i < KO_PARM_COUNT; ++i) {
-    const UnitRule *rule = rule_for(parms[i]);
-    if (rule == nullptr) continue;
-    if (made[i] != nullptr) ko_parameter_unit_set(parms[i], made[i].release());
-    ko_parameter_dflt_factor_set(parms[i], rule->factor);
-  }
-  return 1;
+  UnitFix fix;
+  return fix.apply(parms) ? 1 : 0;
 }
 
 // In order: the name (warning 354); a method (335); GCS 1 (332); GCS 2
 // (333) unless the method works inside one GCS; the parameter array (330);
-// the method's validity check; memory (1).  The caller's objects become the
-// transformation's only when it exists.
+// the parameters' units; the method's validity check; memory (1).  The
+// caller's objects become the transformation's only when it exists, and
+// are left as they were when it does not.
 ko_geogtran *ko_geogtran_ext_new_errext(const char *name, ko_geogcs *gcs1, ko_geogcs *gcs2,
                                         ko_method *method, ko_parameter **parms,
                                         ko_metadata **metadata, ko_remark *remark, ko_err *err,
@@ -139,12 +167,22 @@ ko_geogtran *ko_geogtran_ext_new_errext(const char *name, ko_geogcs *gcs1, ko_ge
     ko::report_bad_argument(err, 330, kSource, name);
     return nullptr;
   }
+  // The units are fixed before the method's check, so that it sees a
+  // unitless value in the unit the transformation will read it in (a scale
+  // difference of -20 is -20 ppm, not -20); a refusal takes the fix back.
   auto slots = taken_parameters(parms);
-  if (ko::method_valid(slots.data(), name, ko_header_get_code_internal(method), err) == 0)
+  UnitFix fix;
+  if (!fix.apply(slots.data())) {
+    ko::report_no_memory(err, kSource, name);
     return nullptr;
+  }
+  if (ko::method_valid(slots.data(), name, ko_header_get_code_internal(method), err) == 0) {
+    fix.undo(slots.data());
+    return nullptr;
+  }
   auto *gt = ko::make_object<ko_geogtran>(KO_TYPE_GEOGTRAN, cut.text);
-  if (gt == nullptr || ko_geogtran_parameters_fix(slots.data()) == 0) {
-    ko::release_object(gt);
+  if (gt == nullptr) {
+    fix.undo(slots.data());
     ko::report_no_memory(err, kSource, name);
     return nullptr;
   }
@@ -312,7 +350,7 @@ int ko_geogtran_load_constants_with_extent(ko_geogtran *gt, int flag,
   ko_constants *constants = ko_constants_new();
   if (constants == nullptr) {
     g->constants_status = kGtConstantsNoRecord;
-    report_load_failure(*g);
+    report_load_failure(*g, true);
     return 0;
   }
   g->constants_status = loader(constants, g->parms, flag, extent);
@@ -321,7 +359,7 @@ int ko_geogtran_load_constants_with_extent(ko_geogtran *gt, int flag,
     return 1;
   }
   ko_constants_del(constants);
-  if (g->constants_status < 0) report_load_failure(*g);
+  if (g->constants_status < 0) report_load_failure(*g, false);
   return 0;
 }
 

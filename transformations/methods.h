@@ -66,6 +66,9 @@ void geodetic_to_geocentric(double a, double e2, double lon, double lat, double 
 void geocentric_to_geodetic(double a, double e2, const double xyz[3], double &lon, double &lat,
                             double &h);
 
+// True for a usable spheroid pair: a > 0 finite, 0 <= e² < 1.
+bool spheroid_ok(const double *sph);
+
 // An affine map of geocentric coordinates, X' = t + m X (m row-major).  Every
 // Helmert-family method reduces to one; its exact inverse is another.
 struct Affine {

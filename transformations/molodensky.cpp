@@ -44,11 +44,9 @@ GeoShift standard_shift(const MolodenskyConstants &k, double lon, double lat, do
 }  // namespace
 
 bool molodensky_constants(const MethodArgs &args, MolodenskyConstants &k) {
-  if (args.parms == nullptr || args.sph1 == nullptr || args.sph2 == nullptr) return false;
+  if (args.parms == nullptr || !spheroid_ok(args.sph1) || !spheroid_ok(args.sph2)) return false;
   const double a1 = args.sph1[0], e21 = args.sph1[1];
   const double a2 = args.sph2[0], e22 = args.sph2[1];
-  if (!(a1 > 0.0 && a2 > 0.0 && e21 >= 0.0 && e21 < 1.0 && e22 >= 0.0 && e22 < 1.0))
-    return false;
   const double f1 = 1.0 - std::sqrt(1.0 - e21);
   const double f2 = 1.0 - std::sqrt(1.0 - e22);
   k = {args.parms[kSlotTx], args.parms[kSlotTy], args.parms[kSlotTz], a1, e21, f1,
@@ -60,7 +58,7 @@ int molodensky_apply(const MethodArgs &args, MolodenskyShiftFn shift, bool inver
                      double *coord, double *z) {
   if (coord == nullptr || n < 0) return -1;
   MolodenskyConstants k;
-  if (!molodensky_constants(args, k)) return args.parms == nullptr ? -1 : 0;
+  if (!molodensky_constants(args, k)) return -1;
   int converted = 0;
   for (int i = 0; i < n; ++i) {
     double *c = coord + 2 * i;

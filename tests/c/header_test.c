@@ -19,7 +19,7 @@ int main(void) {
   ko_constants *c;
   double *d;
   ko_gcs_extent box = {-10.0, 40.0, 20.0, 60.0, 0.0, 0.0};
-  ko_err err;
+  ko_err err = {0};
   char text[KO_ERR_TEXT_SIZE];
 
   CHECK(strlen(ko_version()) > 0);

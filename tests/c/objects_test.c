@@ -20,7 +20,7 @@ int main(void) {
   ko_metadata *m;
   ko_metadata *copy;
   ko_authority *a;
-  ko_err err;
+  ko_err err = {0};
   char name[KO_NAME_SIZE];
 
   a = ko_authority_new_errext("EPSG", 0, NULL, &err);

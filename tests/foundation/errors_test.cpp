@@ -107,7 +107,7 @@ TEST(ErrorRecord, KeepsTheFirstReportOfTheHighestSeverity) {
       {"only info", {{1, 101}}, 1, 101},
   };
   for (const Case &c : cases) {
-    ko_err err;
+    ko_err err{};
     ko_err_clear(&err);
     for (const Report &r : c.reports) ko_err_set(&err, r.severity, 8, r.number, "src");
     EXPECT_EQ(err.severity, c.severity) << c.what;
@@ -116,7 +116,7 @@ TEST(ErrorRecord, KeepsTheFirstReportOfTheHighestSeverity) {
 }
 
 TEST(ErrorRecord, KeptReportReplacesEveryFieldTogether) {
-  ko_err err;
+  ko_err err{};
   ko_err_clear(&err);
   ko_err_arg(&err, 2, 8, 354, "ko_first_errext", "s", "a long name");
   ko_err_arg(&err, 4, 1, 1, "ko_second_errext", "s", "other");
@@ -128,7 +128,7 @@ TEST(ErrorRecord, KeptReportReplacesEveryFieldTogether) {
 }
 
 TEST(ErrorRecord, ClearEmptiesEveryFieldAndAcceptsNull) {
-  ko_err err;
+  ko_err err{};
   std::memset(&err, 'x', sizeof err);
   ko_err_clear(&err);
   EXPECT_EQ(err.severity, 0);
@@ -143,7 +143,7 @@ TEST(ErrorRecord, ClearEmptiesEveryFieldAndAcceptsNull) {
 // --------------------------------------------------------- message texts
 
 TEST(ErrorMessage, EmptyOrNullMessageMeansTheTableText) {
-  ko_err err;
+  ko_err err{};
   for (const char *message : {static_cast<const char *>(nullptr), ""}) {
     ko_err_clear(&err);
     ko_err_str(&err, 4, 8, 327, nullptr, message);
@@ -157,7 +157,7 @@ TEST(ErrorMessage, EmptyOrNullMessageMeansTheTableText) {
 
 TEST(ErrorMessage, SourceAndMessageAreCutTo255Characters) {
   const std::string long_text(400, 'n');
-  ko_err err;
+  ko_err err{};
   ko_err_clear(&err);
   ko_err_str(&err, 4, 8, 354, long_text.c_str(), long_text.c_str());
   EXPECT_EQ(std::strlen(err.source), 255u);
@@ -186,7 +186,7 @@ TEST(ErrorMessage, ArgumentRendersOneValueByTypeLetter) {
        "Null or invalid datum object argument"},
   };
   for (const Case &c : cases) {
-    ko_err err;
+    ko_err err{};
     ko_err_clear(&err);
     c.report(&err);
     EXPECT_STREQ(err.message, c.message) << c.what;
@@ -206,7 +206,7 @@ TEST(ErrorMessage, BufferRendersIntoTheCallersBuffer) {
 }
 
 TEST(ErrorMessage, FormattedMessageFollowsTheTableText) {
-  ko_err err;
+  ko_err err{};
   ko_err_clear(&err);
   ko_err_fmt(&err, 4, 16, 463, "ko_wkt_reader", "token %d of '%s'", 7, "PROJCS");
   EXPECT_STREQ(err.message, "Invalid syntax: token 7 of 'PROJCS'");
@@ -222,7 +222,7 @@ TEST(ErrorMessage, FormattedMessageFollowsTheTableText) {
 
 TEST(ErrorMessage, FormattedMessageIsCutWithinTheRecord) {
   const std::string long_text(600, 'w');
-  ko_err err;
+  ko_err err{};
   ko_err_clear(&err);
   ko_err_fmt(&err, 4, 16, 463, "src", "%s", long_text.c_str());
   const std::string prefix = "Invalid syntax: ";
@@ -257,7 +257,7 @@ TEST(MessageCallback, MasksSelectSeverityAndCategory) {
 
 TEST(MessageCallback, SeesTheCompleteNewReportWhateverTheRecordKeeps) {
   ReportCapture capture;
-  ko_err err;
+  ko_err err{};
   ko_err_clear(&err);
   ko_err_arg(&err, 4, 8, 334, "ko_datum_new_errext", "s", "D_first");
   ko_err_arg(&err, 2, 8, 354, "ko_geogcs_new_errext", "s", "second");

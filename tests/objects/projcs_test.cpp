@@ -172,22 +172,6 @@ TEST(Conversion, ParameterArrayRules) {
   }
 }
 
-TEST(Conversion, ParameterArrayValuesAreInBaseUnits) {
-  ko_conversion *c = ko::test::conversion(
-      "C", 43006,
-      {{"False_Easting", 1000.0, as_unit(foot_us())},
-       {"False_Northing", 250.0},
-       {"Central_Meridian", 50.0, as_unit(ko_angunit_new_code(9105))},
-       {"Latitude_Of_Origin", -12.5, as_unit(ko_angunit_new_code(9102))}});
-  ASSERT_NE(c, nullptr);
-  auto out = parm_array(c);
-  EXPECT_EQ(out[0], 1000.0 * kFootUs);
-  EXPECT_EQ(out[1], 250.0);  // no unit: the value itself
-  EXPECT_EQ(out[2], 50.0 * kGrad);
-  EXPECT_EQ(out[6], -12.5 * kDegree);
-  ko_conversion_del(c);
-}
-
 TEST(Conversion, ParameterFunctionRunsBeforeTheParallelRule) {
   // Krovak's parameter function supplies the pseudo standard parallel
   // 78°30' and the cone azimuth 30°17'17.30311" (IOGP guidance note 7-2,
@@ -207,27 +191,17 @@ TEST(Conversion, ParameterFunctionRunsBeforeTheParallelRule) {
   ko_conversion_del(c);
 }
 
-TEST(Conversion, MethodAndParametersAccess) {
+TEST(Conversion, MethodSetTakesOnlyAProjection) {
   ko_conversion *c = ko::test::utm33n_conversion();
   ASSERT_NE(c, nullptr);
   ko_projection *tm = ko_conversion_method(c);
-  EXPECT_EQ(ko_object_code_internal(tm), 43006);
-  ko_parameter **parms = ko_conversion_parameters_ptr(c);
-  ASSERT_NE(parms, nullptr);
-  EXPECT_EQ(name_of(parms[5]), "Scale_Factor");
-  EXPECT_EQ(parms[3], nullptr);
-
-  // Anything but a live projection is ignored; setting the same one is harmless.
   ko_unit *not_a_projection = as_unit(meter());
   ko_conversion_method_set(c, reinterpret_cast<ko_projection *>(not_a_projection));
   ko_conversion_method_set(c, nullptr);
-  ko_conversion_method_set(c, tm);
+  ko_conversion_method_set(c, tm);  // the one it holds: kept, not deleted
   EXPECT_EQ(ko_conversion_method(c), tm);
+  EXPECT_EQ(ko_object_code_internal(tm), 43006);
   ko_unit_del(not_a_projection);
-
-  ko_projection *gk = ko_projlist_projection_from_code(43005, nullptr);
-  ko_conversion_method_set(c, gk);
-  EXPECT_EQ(ko_conversion_method(c), gk);
   ko_conversion_del(c);
 }
 
@@ -509,36 +483,41 @@ TEST(Projcs, HotineAzimuthCenterWithPlaneRotationBecomesRectifiedSkew) {
   }
 }
 
-TEST(Projcs, GettersAndParameterArray) {
-  ko_remark *remark = ko_remark_new("zone 33");
+// A system with everything a constructor takes: axes, a unit, metadata,
+// a remark, codes and an authority.
+ko_projcs *dressed_utm33n() {
+  std::array<ko_axis *, 2> axes = {axis("E", KO_AXIS_EAST, 1, nullptr),
+                                    axis("N", KO_AXIS_NORTH, 2, nullptr)};
   ko_gcs_extent box{9, 0, 21, 84, 0, 0};
-  ko_metadata **metadata = static_cast<ko_metadata **>(ko_memalloc(2 * sizeof(ko_metadata *)));
+  auto **metadata = static_cast<ko_metadata **>(ko_memalloc(2 * sizeof(ko_metadata *)));
   metadata[0] = ko_metadata_new("area", &box, 2862);
   metadata[1] = nullptr;
-  ko_geogcs *g = ko::test::wgs84();
-  ko_conversion *conv = ko::test::utm33n_conversion();
-  ko_err err = ko::test::stale_record();
-  ko_projcs *p =
-      ko_projcs_ext_new_errext("WGS_1984_UTM_Zone_33N", g, conv, 2, nullptr, nullptr, metadata,
-                               remark, &err);
-  ASSERT_NE(p, nullptr);
-  expect_no_report(err);
-  EXPECT_EQ(ko_projcs_p(p), 1);
-  EXPECT_EQ(ko_projcs_geogcs(p), g);
-  EXPECT_EQ(ko_projcs_conversion(p), conv);
-  EXPECT_EQ(ko_projcs_projection(p), ko_conversion_method(conv));
-  EXPECT_EQ(ko_projcs_metadata_vector(p), metadata);
-  EXPECT_EQ(ko_projcs_remark(p), remark);
-  EXPECT_EQ(ko_projcs_constants(p), nullptr);
-  EXPECT_EQ(ko_projcs_type(p), KO_TYPE_PROJCS);
-  EXPECT_EQ(name_of(p), "WGS_1984_UTM_Zone_33N");
+  ko_projcs *p = ko_projcs_ext_new("WGS_1984_UTM_Zone_33N", ko::test::wgs84(),
+                                   ko::test::utm33n_conversion(), 2, axes.data(), foot_us(),
+                                   metadata, ko_remark_new("zone 33"));
+  ko_object_code_set(p, 32633, 32633, 0, 0, "EPSG", "");
+  return p;
+}
 
+TEST(Projcs, ParameterArrayAndLongName) {
+  ko_projcs *p = ko::test::utm33n();
+  ASSERT_NE(p, nullptr);
   std::array<double, KO_PARM_COUNT> out{};
   ASSERT_EQ(ko_projcs_parm_array(p, out.data()), 1);
   EXPECT_EQ(out[0], 500000.0);
   EXPECT_EQ(out[2], 15.0 * kDegree);
   EXPECT_EQ(out[5], 0.9996);
   EXPECT_EQ(ko_projcs_parm_array(p, nullptr), 0);
+  ko_projcs_del(p);
+
+  // A name beyond 79 characters is a warning; the system keeps 79.
+  std::string long_name(90, 'u');
+  ko_err err = ko::test::stale_record();
+  p = ko_projcs_new_errext(long_name.c_str(), ko::test::wgs84(), ko::test::utm33n_conversion(),
+                           nullptr, &err);
+  ASSERT_NE(p, nullptr);
+  expect_report(err, Report{2, 8, 354, kPcsSource, long_name.c_str()});
+  EXPECT_EQ(name_of(p), long_name.substr(0, 79));
   ko_projcs_del(p);
 }
 
@@ -644,22 +623,24 @@ TEST(Projcs, EqualityWithAndWithoutNames) {
 }
 
 TEST(Projcs, CloneIsDeepAndKeepsTheHeader) {
-  std::array<ko_axis *, 2> axes = {axis("E", KO_AXIS_EAST, 1, nullptr),
-                                    axis("N", KO_AXIS_NORTH, 2, nullptr)};
-  ko_projcs *src = ko_projcs_ext_new("UTM", ko::test::wgs84(), ko::test::utm33n_conversion(), 2,
-                                     axes.data(), foot_us(), nullptr, ko_remark_new("r"));
+  ko_projcs *src = dressed_utm33n();
   ASSERT_NE(src, nullptr);
-  ko_object_code_set(src, 32633, 32633, 0, 0, "EPSG", "");
   ASSERT_NE(ko_projcs_authority(src), nullptr);
   ASSERT_EQ(ko_projcs_load_constants(src), 1);
 
   ko_projcs *copy = ko_projcs_clone(src);
   ASSERT_NE(copy, nullptr);
   EXPECT_EQ(ko_projcs_eq(src, copy), 1);
+  for (const void *part : {static_cast<const void *>(ko_projcs_geogcs(copy)),
+                           static_cast<const void *>(ko_projcs_conversion(copy)),
+                           static_cast<const void *>(ko_projcs_axis(copy, 0)),
+                           static_cast<const void *>(ko_projcs_remark(copy)),
+                           static_cast<const void *>(ko_projcs_metadata_vector(copy)[0])}) {
+    EXPECT_TRUE(ko_object_p(part));
+  }
   EXPECT_NE(ko_projcs_geogcs(copy), ko_projcs_geogcs(src));
   EXPECT_NE(ko_projcs_conversion(copy), ko_projcs_conversion(src));
   EXPECT_NE(ko_projcs_axis(copy, 0), ko_projcs_axis(src, 0));
-  EXPECT_NE(ko_projcs_remark(copy), nullptr);
   EXPECT_NE(ko_projcs_remark(copy), ko_projcs_remark(src));
   EXPECT_EQ(ko_projcs_code(copy), 32633);
   EXPECT_NE(ko_projcs_authority(copy), nullptr);
@@ -745,16 +726,8 @@ TEST(ProjcsMemory, ConstructorsAndClonesCleanUp) {
             }),
             2);
 
-  std::array<ko_axis *, 2> axes = {axis("E", KO_AXIS_EAST, 1, nullptr),
-                                    axis("N", KO_AXIS_NORTH, 2, nullptr)};
-  ko_gcs_extent box{9, 0, 21, 84, 0, 0};
-  ko_metadata **metadata = static_cast<ko_metadata **>(ko_memalloc(2 * sizeof(ko_metadata *)));
-  metadata[0] = ko_metadata_new("area", &box, 2862);
-  metadata[1] = nullptr;
-  ko_projcs *src = ko_projcs_ext_new("UTM", ko::test::wgs84(), ko::test::utm33n_conversion(), 2,
-                                     axes.data(), nullptr, metadata, ko_remark_new("r"));
+  ko_projcs *src = dressed_utm33n();
   ASSERT_NE(src, nullptr);
-  ko_object_code_set(src, 32633, 32633, 0, 0, "EPSG", "");
   ASSERT_NE(ko_projcs_authority(src), nullptr);
   EXPECT_GT(ko::test::sweep_failures([src] {
               ko_projcs *p = ko_projcs_clone(src);

@@ -21,7 +21,6 @@
 #include <vector>
 
 #ifdef KO_HAVE_GEOGRAPHICLIB
-#include <GeographicLib/TransverseMercator.hpp>
 #include <GeographicLib/TransverseMercatorExact.hpp>
 #endif
 #ifdef KO_HAVE_PROJ
@@ -259,35 +258,6 @@ TEST(PointConversion, Utm33nMatchesThirtyDigitReference) {
         << i;
   }
 }
-
-#ifdef KO_HAVE_GEOGRAPHICLIB
-
-TEST(PointConversion, SphereUsesTheSphericalProjection) {
-  // A sphere (e² below 2^-48) against GeographicLib's transverse Mercator
-  // with zero flattening, on the system's own radius.
-  constexpr double kRadius = 6371000.0;
-  ko_geogcs *g = ko_geogcs_new("GCS_Sphere", ko_datum_new("D_Sphere", ko_spheroid_new("S", kRadius, 0.0)),
-                               nullptr, nullptr);
-  Pcs tm(ko::test::projcs("TM", g,
-                          ko::test::conversion("TM", 43006,
-                                               {{"False_Easting", 0.0},
-                                                {"False_Northing", 0.0},
-                                                {"Central_Meridian", 15.0},
-                                                {"Scale_Factor", 0.9996},
-                                                {"Latitude_Of_Origin", 0.0}})));
-  ASSERT_NE(tm.p, nullptr);
-  const GeographicLib::TransverseMercator sphere(kRadius, 0.0, 0.9996);
-  std::vector<double> geo = zone_points();
-  std::vector<double> xy = geo;
-  ASSERT_EQ(ko_geog_to_proj(tm.p, n_of(xy), xy.data()), n_of(xy));
-  for (std::size_t i = 0; i < count(geo); ++i) {
-    double x = 0, y = 0;
-    sphere.Forward(15.0, geo[2 * i + 1], geo[2 * i], x, y);
-    EXPECT_NEAR(xy[2 * i], x, 5 * kNanometre) << i;
-    EXPECT_NEAR(xy[2 * i + 1], y, 5 * kNanometre) << i;
-  }
-}
-#endif
 
 #ifdef KO_HAVE_PROJ
 TEST(PointConversion, Utm33nMatchesProj) {

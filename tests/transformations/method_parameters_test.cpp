@@ -80,7 +80,7 @@ TEST(MethodParameters, DefaultsAreValidExceptTheGridFileName) {
   for (const Expect &e : kExpected) {
     Slots s;
     ko::method_defaults(e.set, s.p.data());
-    ko_err err;
+    ko_err err{};
     ko_err_clear(&err);
     EXPECT_EQ(ko::method_valid(e.set, s.p.data(), "T", &err), e.set == ParmSet::kGrid ? 0 : 1);
     if (e.set == ParmSet::kGrid) {
@@ -99,7 +99,7 @@ TEST(MethodParameters, EachMissingParameterIsReportedWithItsName) {
       ko::method_defaults(e.set, s.p.data());
       if (e.set == ParmSet::kGrid) s.put("Dataset_conus", 0);
       s.drop(name.c_str());
-      ko_err err;
+      ko_err err{};
       ko_err_clear(&err);
       const int valid = ko::method_valid(e.set, s.p.data(), "My transformation", &err);
       EXPECT_EQ(err.number, 347) << name;
@@ -116,7 +116,7 @@ TEST(MethodParameters, EachMissingParameterIsReportedWithItsName) {
 
 TEST(MethodParameters, BothOffsetsMissingIsAnError) {
   Slots s;
-  ko_err err;
+  ko_err err{};
   ko_err_clear(&err);
   EXPECT_EQ(ko::method_valid(ParmSet::kOffset, s.p.data(), "T", &err), 0);
   EXPECT_EQ(err.severity, KO_SEV_ERROR);
@@ -127,7 +127,7 @@ TEST(MethodParameters, ExtraAndMisplacedParametersAreWarnings) {
   Slots s;
   ko::method_defaults(ParmSet::kGeocentricTranslation, s.p.data());
   s.put("X_Axis_Rotation", 1.0);  // Geocentric_Translation reads no rotation
-  ko_err err;
+  ko_err err{};
   ko_err_clear(&err);
   EXPECT_EQ(ko::method_valid(ParmSet::kGeocentricTranslation, s.p.data(), "T", &err), 1);
   EXPECT_EQ(err.number, 348);
@@ -148,7 +148,7 @@ TEST(MethodParameters, UnusableValuesAndArguments) {
   Slots s;
   ko::method_defaults(ParmSet::kSevenParameter, s.p.data());
   ko_parameter_value_set_si(s.p[ko::kSlotScale], -1.0);
-  ko_err err;
+  ko_err err{};
   ko_err_clear(&err);
   EXPECT_EQ(ko::method_valid(ParmSet::kSevenParameter, s.p.data(), "T", &err), 0);
   EXPECT_EQ(err.number, 356);
