@@ -136,6 +136,17 @@ struct MetadataVectorDeleter {
 };
 using UniqueMetadata = std::unique_ptr<ko_metadata *, MetadataVectorDeleter>;
 
+struct NodeRead;
+
+// The horizontal system among a node's children: the first child of the
+// GEOGCS kind or of the PROJCS kind (both repeatable kinds); a second one
+// of either is error 404.  Absent: out stays null.
+bool read_coordsys(NodeRead &n, int geogcs_kind, int projcs_kind, Unique<void> &out);
+
+// The number of an OPERATIONACCURACY child at token `at` (-1: none, and
+// accuracy stays as it is); error 475 when it holds no number.
+bool read_accuracy(NodeRead &n, int at, double &accuracy);
+
 // The 24 parameter slots of a projected system or a transformation under
 // construction.
 struct ParameterSlots {
@@ -310,6 +321,9 @@ void put_child(text::TextOut &out, ToStr<T> to_str, const T *child, const char *
 // ,AUTHORITY[...] of an object: its authority object, else the authority
 // name, external code and version of its header; nothing without either.
 void put_authority_of(text::TextOut &out, const void *obj, uint32_t options);
+
+// ,OPERATIONACCURACY[metres] unless the accuracy is unknown (999.0).
+void put_accuracy(text::TextOut &out, double accuracy, uint32_t options);
 
 // ,PARAMETER[...] for every filled slot, in slot order.
 void put_parameters(text::TextOut &out, ko_parameter *const *parms, const char *authority,
