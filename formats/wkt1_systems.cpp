@@ -15,6 +15,22 @@ using Unique = ko::Unique<T>;
 constexpr ChildKind kGeogcsChild{"GEOGCS", nullptr, 0};
 constexpr ChildKind kProjcsChild{"PROJCS", nullptr, 0};
 
+// Lengths among a vertical system's parameters are in the system's unit,
+// as a projected system's are: each gets a clone of the unit, in which it
+// also reports.  False when memory ran out.
+bool lengths_in_unit(ParameterSlots &parms, const ko_linunit *unit) {
+  for (ko_parameter *p : parms.ptrs) {
+    if (p == nullptr || unit == nullptr || ko_parameter_unit(p) != nullptr ||
+        ko_parameter_unit_type(p) != KO_PARM_UNIT_LENGTH)
+      continue;
+    auto *clone = reinterpret_cast<ko_unit *>(ko_linunit_clone(unit));
+    if (clone == nullptr) return false;
+    ko_parameter_unit_set(p, clone);
+    ko_parameter_dflt_factor_set(p, ko_linunit_factor(unit));
+  }
+  return true;
+}
+
 }  // namespace
 
 extern "C" {
@@ -69,7 +85,7 @@ int ko_wkt_vertcs_to_str(const ko_vertcs *v, const char *authority, uint32_t opt
 // datum, 408 for a second one, 409 for a second UNIT.  A DATUM (a
 // horizontal one) makes a system of ellipsoidal heights.  The parameters
 // are the vertical system's (Vertical_Shift, Direction), lengths in the
-// system's unit.
+// system's unit (the UNIT's; metres without one).
 ko_vertcs *ko_wkt_vertcs_from_tokens(const ko_wkt_tokens *tokens, const char *authority, int index,
                                      int *end_index, ko_err *err) {
   enum { kDatum, kVdatum, kUnit, kParameter };
@@ -105,6 +121,10 @@ ko_vertcs *ko_wkt_vertcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
   if (!n.read_extras()) return nullptr;
   if (datum == nullptr) {
     report(err, 437, n.node.keyword, n.node.name);
+    return nullptr;
+  }
+  if (!lengths_in_unit(parms, unit.get())) {
+    ko::report_no_memory(err, n.node.keyword, n.node.name);
     return nullptr;
   }
   char name[KO_NAME_SIZE];
