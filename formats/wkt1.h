@@ -143,6 +143,17 @@ struct NodeRead;
 // of either is error 404.  Absent: out stays null.
 bool read_coordsys(NodeRead &n, int geogcs_kind, int projcs_kind, Unique<void> &out);
 
+// The DATUM (required: error 431) and the PRIMEM of a geographic or
+// geocentric system, children of the given kinds.
+bool read_datum_and_primem(NodeRead &n, int datum_kind, int primem_kind, Unique<ko_datum> &datum,
+                           Unique<ko_primem> &primem);
+
+// The two children of a repeatable kind that a transformation holds in
+// order (from and to); a third is error `third`.  Absent ones stay null.
+template <class T>
+bool read_pair(NodeRead &n, int kind, FromTokens<T> from_tokens, std::array<Unique<T>, 2> &out,
+               int third);
+
 // The number of an OPERATIONACCURACY child at token `at` (-1: none, and
 // accuracy stays as it is); error 475 when it holds no number.
 bool read_accuracy(NodeRead &n, int at, double &accuracy);
@@ -249,6 +260,22 @@ T *read_text(const char *text, const char *authority, ko_err *err, const char *k
   report_tokens(err, *list, keyword);
   if (failure != 0) return nullptr;
   return from_tokens(list.get(), authority, 0, nullptr, err);
+}
+
+template <class T>
+bool read_pair(NodeRead &n, int kind, FromTokens<T> from_tokens, std::array<Unique<T>, 2> &out,
+               int third) {
+  std::size_t found = 0;
+  for (int k = 0; k < n.c.repeat_count; ++k) {
+    if (n.c.repeats[k].kind != kind) continue;
+    if (found == out.size()) {
+      report(n.r.err, third, n.node.keyword, n.node.name);
+      return false;
+    }
+    if (!read_child(n.r, n.c.repeats[k].at, from_tokens, out[found])) return false;
+    if (out[found] != nullptr) ++found;
+  }
+  return true;
 }
 
 // ko_wkt_<t>_from_str of a reader of keyword (or its alternate, or null).

@@ -254,6 +254,16 @@ bool read_coordsys(NodeRead &n, int geogcs_kind, int projcs_kind, Unique<void> &
   return true;
 }
 
+bool read_datum_and_primem(NodeRead &n, int datum_kind, int primem_kind, Unique<ko_datum> &datum,
+                           Unique<ko_primem> &primem) {
+  if (!read_child(n.r, n.c.first[datum_kind], ko_wkt_datum_from_tokens, datum) ||
+      !read_child(n.r, n.c.first[primem_kind], ko_wkt_primem_from_tokens, primem))
+    return false;
+  if (datum != nullptr) return true;
+  report(n.r.err, 431, n.node.keyword, n.node.name);
+  return false;
+}
+
 bool read_accuracy(NodeRead &n, int at, double &accuracy) {
   if (at < 0) return true;
   const ko_wkt_tokens &list = *n.r.list;

@@ -170,17 +170,12 @@ ko_gxyzcs *ko_wkt_gxyzcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
   Unique<ko_linunit> unit;
   ko_metadata **metadata_ptr = nullptr;
   if (!n.open(index, "GXYZCS", nullptr, kChildren) ||
-      !read_child(n.r, n.c.first[kDatum], ko_wkt_datum_from_tokens, datum) ||
-      !read_child(n.r, n.c.first[kPrimem], ko_wkt_primem_from_tokens, primem) ||
+      !read_datum_and_primem(n, kDatum, kPrimem, datum, primem) ||
       !read_child(n.r, n.c.first[kUnit], ko_wkt_linunit_from_tokens, unit) ||
       !read_metadata(n.r, n.c, metadata_ptr))
     return nullptr;
   UniqueMetadata metadata(metadata_ptr);
   if (!n.read_extras()) return nullptr;
-  if (datum == nullptr) {
-    report(err, 431, n.node.keyword, n.node.name);
-    return nullptr;
-  }
   char name[KO_NAME_SIZE];
   n.name(KO_TYPE_GXYZCS, name);
   ko_gxyzcs *g = construct(n.r, [&](ko_err *e) {

@@ -71,16 +71,7 @@ ko_geogtran *ko_wkt_geogtran_from_tokens(const ko_wkt_tokens *tokens, const char
   if (!n.open(index, "GEOGTRAN", nullptr, kChildren) ||
       !read_child(n.r, c.first[kMethod], ko_wkt_method_from_tokens, method))
     return nullptr;
-  std::size_t systems = 0;
-  for (int k = 0; k < c.repeat_count; ++k) {
-    if (c.repeats[k].kind != kGeogcs) continue;
-    if (systems == gcs.size()) {
-      report(err, 406, n.node.keyword, n.node.name);
-      return nullptr;
-    }
-    if (!read_child(n.r, c.repeats[k].at, ko_wkt_geogcs_from_tokens, gcs[systems])) return nullptr;
-    if (gcs[systems] != nullptr) ++systems;
-  }
+  if (!read_pair(n, kGeogcs, ko_wkt_geogcs_from_tokens, gcs, 406)) return nullptr;
   double accuracy = kUnknownAccuracy;
   if (!read_accuracy(n, c.first[kAccuracy], accuracy) ||
       !read_parameters(n.r, n.node, c, kParameter, KO_PARM_CAT_GEOGTRAN, parms) ||
@@ -175,17 +166,8 @@ ko_verttran *ko_wkt_verttran_from_tokens(const ko_wkt_tokens *tokens, const char
   if (!n.open(index, "VERTTRAN", nullptr, kChildren) || !read_coordsys(n, kGeogcs, kProjcs, horizontal) ||
       !read_child(n.r, n.c.first[kMethod], ko_wkt_vtmethod_from_tokens, method))
     return nullptr;
-  std::size_t systems = 0;
-  for (int k = 0; k < n.c.repeat_count; ++k) {
-    if (n.c.repeats[k].kind != kVertcs) continue;
-    if (systems == vertical.size()) {
-      report(err, 418, n.node.keyword, n.node.name);
-      return nullptr;
-    }
-    if (!read_child(n.r, n.c.repeats[k].at, ko_wkt_vertcs_from_tokens, vertical[systems])) return nullptr;
-    if (vertical[systems] != nullptr) ++systems;
-  }
-  if (!read_accuracy(n, n.c.first[kAccuracy], accuracy) ||
+  if (!read_pair(n, kVertcs, ko_wkt_vertcs_from_tokens, vertical, 418) ||
+      !read_accuracy(n, n.c.first[kAccuracy], accuracy) ||
       !read_parameters(n.r, n.node, n.c, kParameter, KO_PARM_CAT_VERTTRAN, parms) ||
       !read_metadata(n.r, n.c, metadata_ptr))
     return nullptr;
