@@ -2165,6 +2165,158 @@ KO_API int ko_db_builtin_obj_copy(uint32_t type, const void *record, ko_db_rec *
  * Factory
  * ====================================================================== */
 
+/* Objects of the compiled-in catalogue, built from their code or name.
+ *
+ * By code: a code that the catalogue's code-change table has replaced
+ * builds the replacing object, which reports the new code as its code and
+ * the requested one as its original code (ko_object_get_orig_code) and has
+ * the status bit KO_STATUS_CODECHANGE.  By name: the name hash, the names
+ * compared the library's way (ko_strcmp_ci), then the synonyms of every
+ * authority ("WGS 84", "metre", "Transverse_Mercator" ...), then, for datums
+ * and geographic systems, the name with "D_" or "GCS_" put in front; a name
+ * finds the object it names even when that object was replaced.
+ *
+ * Every object made has status KO_STATUS_CODE (from a code) or
+ * KO_STATUS_STRING (from a name), its record's code as internal and
+ * external code, the authority name and version of its record ("EPSG" and
+ * the dataset version, or "KO" and "1" for the library's own objects), its
+ * name, and for units and the method-like lists (projections, parameters,
+ * methods) the display name the catalogue has.  A deprecated object adds
+ * the status bits of its deprecated flags: flag 1 KO_STATUS_DISCONTINUED,
+ * 2 KO_STATUS_DEAD, 4 KO_STATUS_DONOTUSE (the catalogue marks EPSG's
+ * deprecations with flag 1; an object marked do-not-use is not built).
+ * The parts of an object (a geographic system's datum, prime meridian and
+ * unit, a datum's spheroid, a projected system's geographic system,
+ * projection, parameters and unit ...) are built from the codes in its
+ * record in the same way, each with its own header fields; geographic and
+ * projected systems carry their area of use as metadata (see
+ * ko_factory_extent_from_code).
+ *
+ * Reports (severity 4, source the _errext function called, message the
+ * code or the name):
+ *   505 (category 32) a code below 1;
+ *   223 (category 2) a code the catalogue has for another type only;
+ *   the type's number (category 2) for a code the catalogue lacks: 203
+ *     geogcs, 204 projcs, 205 vertcs, 206 datum, 207 vdatum, 208 hvdatum,
+ *     209 geogtran, 210 unit, scaleunit and areaunit, 211 angunit, 212
+ *     linunit, 213 primem, 214 spheroid, 215 method, 216 htmethod, 217
+ *     projection, 218 parameter, 219 coordsys, 222 vtmethod; for the types
+ *     without a number of their own 201 when the code lies outside the
+ *     type's codes, else 202;
+ *   509 (category 32) a code marked do-not-use;
+ *   132 (category 2) a name found nowhere (also for null or "");
+ *   131 (category 4) a record naming a part the catalogue lacks;
+ *   1 (category 1) out of memory.
+ * Nothing is left behind when a call fails. */
+#define KO_DECLARE_FACTORY(prefix, T)                                                 \
+  KO_API T *ko_factory_##prefix##_from_code_errext(int32_t code, ko_err *err);        \
+  KO_API T *ko_factory_##prefix##_from_code(int32_t code);                            \
+  KO_API T *ko_factory_##prefix##_from_name_errext(const char *name, ko_err *err);    \
+  KO_API T *ko_factory_##prefix##_from_name(const char *name);
+KO_DECLARE_FACTORY(linunit, ko_linunit)
+KO_DECLARE_FACTORY(angunit, ko_angunit)
+KO_DECLARE_FACTORY(scaleunit, ko_scaleunit)
+KO_DECLARE_FACTORY(areaunit, ko_areaunit)
+/* Whichever linear, angular or scale unit has the code or name. */
+KO_DECLARE_FACTORY(unit, ko_unit)
+KO_DECLARE_FACTORY(spheroid, ko_spheroid)
+KO_DECLARE_FACTORY(primem, ko_primem)
+/* A datum with a reference epoch is dynamic (ko_datum_get_dynamic): the
+ * frame name is EPSG's name of the datum. */
+KO_DECLARE_FACTORY(datum, ko_datum)
+/* 2D systems keep their angular unit; 3D systems (an ellipsoidal height
+ * axis in EPSG's coordinate system) have three axes: longitude and
+ * latitude in the angular unit, ellipsoidal height in "Meter"
+ * (ko_geogcs_vert_unit). */
+KO_DECLARE_FACTORY(geogcs, ko_geogcs)
+KO_DECLARE_FACTORY(projection, ko_projection)
+/* A parameter on its own holds the list's default; angles carry the unit
+ * "Degree" (ko_parameter_value in degrees). */
+KO_DECLARE_FACTORY(parameter, ko_parameter)
+/* The conversion is named after its projection; the parameters sit in the
+ * slots of their codes with the system's units (angles in the geographic
+ * system's angular unit, lengths in the system's linear unit, scales
+ * "Unity"), as ko_projcs_parameters_fix gives them. */
+KO_DECLARE_FACTORY(projcs, ko_projcs)
+KO_DECLARE_FACTORY(method, ko_method)
+/* With its method, parameters (translations in "Meter", rotations in
+ * "Arcsecond", scale differences in "Parts_Per_Million", a grid as the
+ * parameter "Dataset_<file>"), accuracy, EPSG's remarks as remark, the
+ * record's version as operation version and its area of use as metadata. */
+KO_DECLARE_FACTORY(geogtran, ko_geogtran)
+KO_DECLARE_FACTORY(vdatum, ko_vdatum)
+/* With its Vertical_Shift (0) and Direction (1 heights, -1 depths)
+ * parameters. */
+KO_DECLARE_FACTORY(vertcs, ko_vertcs)
+KO_DECLARE_FACTORY(gxyzcs, ko_gxyzcs)
+KO_DECLARE_FACTORY(hvcoordsys, ko_hvcoordsys)
+KO_DECLARE_FACTORY(htmethod, ko_htmethod)
+KO_DECLARE_FACTORY(vtmethod, ko_vtmethod)
+/* A geographic 3D system at either end stands for its ellipsoidal heights:
+ * a vertical system on its datum in "Meter", named and coded as the
+ * geographic system.  A grid's geographic system, when the record names
+ * one, is the horizontal system (ko_verttran_coordsys).  Offsets are in "Meter" (unitless, the base unit),
+ * inclinations in "Arcsecond", the evaluation point in "Degree"; a grid is
+ * the parameter "Dataset_<file>". */
+KO_DECLARE_FACTORY(verttran, ko_verttran)
+
+/* An area of use as a metadata object: the area's name (cut to 79 bytes),
+ * its longitude/latitude box and its code as area code and object code.
+ * Unknown codes are error 131 (category 2), unknown names 132. */
+KO_DECLARE_FACTORY(extent, ko_metadata)
+
+/* Any type by its code (KO_TYPE_*, including KO_TYPE_COORDSYS,
+ * KO_TYPE_HVDATUM, KO_TYPE_TRANSFORM, KO_TYPE_UNIT and KO_TYPE_EXTENT),
+ * dispatched to the type's function above; err may be null.  A type the
+ * factory does not build is error 521 (category 32). */
+KO_API void *ko_factory_object_from_code(uint32_t type, int32_t code, ko_err *err);
+KO_API void *ko_factory_object_from_name(uint32_t type, const char *name, ko_err *err);
+
+/* Listing.  ko_factory_count: the catalogue objects of a type (a composite
+ * type counts its members; KO_TYPE_EXTENT the areas of use), -1 for a type
+ * the factory does not know.  ko_factory_code_at: the code at index in
+ * ascending code order (0 <= index < count), 0 outside.
+ * ko_factory_codes_in_extent: the codes, in ascending order, of the
+ * objects whose area of use holds the point (degrees; longitudes are taken
+ * modulo 360), deprecated ones included; at most max are written to out,
+ * and the result is how many there are, or -1 for a type without areas of
+ * use, a non-finite point, max below 0, a null out with max above 0, or
+ * when memory runs out. */
+KO_API int ko_factory_count(uint32_t type);
+KO_API int32_t ko_factory_code_at(uint32_t type, int index);
+KO_API int ko_factory_codes_in_extent(uint32_t type, double lon, double lat, int32_t *out,
+                                      int max);
+
+/* The catalogue's geographic transformations between two geographic
+ * systems (codes as the factory takes them, code changes followed), in
+ * either direction, whose area of use holds the point (degrees; a
+ * non-finite longitude or latitude accepts every area).  Deprecated ones
+ * are left out.  Ranked: known accuracy first, the most accurate first;
+ * then the smaller area of use (the more specific); then the lower code.
+ * At most max are written to out; the result is how many there are (0 for
+ * unknown or equal systems), -1 for max below 0 or a null out with max
+ * above 0. */
+typedef struct ko_factory_candidate {
+  int32_t code;       /* the transformation */
+  int32_t direction;  /* 0: as stored (gcs1 is its GCS 1); 1: run inverse */
+  double accuracy;    /* metres; 999.0 unknown */
+} ko_factory_candidate;
+KO_API int ko_factory_geogtran_candidates(int32_t gcs1, int32_t gcs2, double lon, double lat,
+                                          ko_factory_candidate *out, int max);
+/* A composite transformation (see ko_gtlist_entry) from gcs1 to gcs2 at the
+ * point: the best-ranked candidate that builds and whose grid, if it needs
+ * one, can be read (ko_geogtran_usable; the first 32 candidates are
+ * tried).  Without one, two steps through WGS 84 (4326): the best usable
+ * transformation gcs1 to WGS 84, then WGS 84 to gcs2, each chosen alone.
+ * One system to itself gives one step by the "Null" method.  The entry's
+ * rank is its number of steps, rank_primary the sum of the steps'
+ * accuracies in millimetres (999 m counted for an unknown one),
+ * rank_secondary the first step's code.  Unknown systems are error 203, no
+ * path error 225 (message "<gcs1> to <gcs2>"); delete the entry with
+ * ko_gtlist_entry_del. */
+KO_API struct ko_gtlist_entry *ko_factory_gtlist_best(int32_t gcs1, int32_t gcs2, double lon,
+                                                      double lat, ko_err *err);
+
 /* ======================================================================
  * Geographic transformations and methods
  * ====================================================================== */

@@ -126,6 +126,12 @@ struct ScalarMath {
 
 #include "projections/gauss_kruger_kernels.h"
 
+// The four-wide path is compiled for AVX2 and FMA by GCC's target pragma and
+// runs only when the CPU has both (checked at run time), so the library runs
+// on any x86-64.  Other compilers (clang, used for the fuzzing build) get the
+// scalar path alone.
+#if defined(__GNUC__) && !defined(__clang__)
+#define KO_TM_AVX2 1
 #pragma GCC push_options
 #pragma GCC target("avx2,fma")
 
@@ -201,10 +207,13 @@ int run_four_wide(int (*loop)(const SleefAvx2 *, const double *, double, int, do
   }
   return n;
 }
+#endif  // KO_TM_AVX2
 
 int ellipsoid_forward(const double *parms, int n, double *coords, const double *d) {
   const double lam0 = parms[kCentralMeridian];
+#ifdef KO_TM_AVX2
   if (const SleefAvx2 *fn = sleef_avx2()) return run_four_wide(forward_avx2, fn, d, lam0, n, coords);
+#endif
   const ScalarMath math;
   for (int i = 0; i < n; ++i) forward_points(math, d, lam0, coords + 2 * i);
   return n;
@@ -212,7 +221,9 @@ int ellipsoid_forward(const double *parms, int n, double *coords, const double *
 
 int ellipsoid_inverse(const double *parms, int n, double *coords, const double *d) {
   const double lam0 = parms[kCentralMeridian];
+#ifdef KO_TM_AVX2
   if (const SleefAvx2 *fn = sleef_avx2()) return run_four_wide(inverse_avx2, fn, d, lam0, n, coords);
+#endif
   const ScalarMath math;
   for (int i = 0; i < n; ++i) inverse_points(math, d, lam0, coords + 2 * i);
   return n;
