@@ -48,6 +48,16 @@ constexpr TypeRow kTypes[] = {
     KO_WKT1_ROW(projcs, ko_projcs, KO_TYPE_PROJCS),
     KO_WKT1_ROW(method, ko_method, KO_TYPE_METHOD),
     KO_WKT1_ROW(geogtran, ko_geogtran, KO_TYPE_GEOGTRAN),
+    KO_WKT1_ROW(vdatum, ko_vdatum, KO_TYPE_VDATUM),
+    KO_WKT1_ROW(vertcs, ko_vertcs, KO_TYPE_VERTCS),
+    KO_WKT1_ROW(gxyzcs, ko_gxyzcs, KO_TYPE_GXYZCS),
+    KO_WKT1_ROW(hvcoordsys, ko_hvcoordsys, KO_TYPE_HVCOORDSYS),
+    KO_WKT1_ROW(verttran, ko_verttran, KO_TYPE_VERTTRAN),
+    KO_WKT1_ROW(vtmethod, ko_vtmethod, KO_TYPE_VTMETHOD),
+    KO_WKT1_ROW(htmethod, ko_htmethod, KO_TYPE_HTMETHOD),
+    KO_WKT1_ROW(array, ko_array, KO_TYPE_ARRAY),
+    KO_WKT1_ROW(epoch, ko_epoch, KO_TYPE_EPOCH),
+    KO_WKT1_ROW(adjhcs, ko_adjhcs, KO_TYPE_ADJHCS),
 };
 
 const TypeRow *row_of(uint32_t type) {
@@ -56,26 +66,29 @@ const TypeRow *row_of(uint32_t type) {
   return nullptr;
 }
 
-// The keywords of an untyped read, in the order they are tried.  A prefix
-// match chooses the reader; keywords of object types this library does
-// not build (yet) have none and are reported as unrecognised.
+// The keywords of an untyped read, in the order they are tried: a prefix
+// match chooses the reader.
 struct KeywordRow {
   const char *keyword;
   ReadFn read;
 };
 
 constexpr KeywordRow kLeadingKeywords[] = {
-    {"ADJHCS", nullptr}, {"VERTTRAN", nullptr}, {"HVCOORDSYS", nullptr}, {"COMPD_CS", nullptr}};
+    {"ADJHCS", read_as<ko_adjhcs, ko_wkt_adjhcs_from_str>},
+    {"VERTTRAN", read_as<ko_verttran, ko_wkt_verttran_from_str>},
+    {"HVCOORDSYS", read_as<ko_hvcoordsys, ko_wkt_hvcoordsys_from_str>},
+    {"COMPD_CS", read_as<ko_hvcoordsys, ko_wkt_hvcoordsys_from_str>},
+};
 
 constexpr KeywordRow kKeywords[] = {
     {"GEOGTRAN", read_as<ko_geogtran, ko_wkt_geogtran_from_str>},
     {"PROJCS", read_as<ko_projcs, ko_wkt_projcs_from_str>},
     {"GEOGCS", read_as<ko_geogcs, ko_wkt_geogcs_from_str>},
-    {"VERTCS", nullptr},
-    {"GXYZCS", nullptr},
+    {"VERTCS", read_as<ko_vertcs, ko_wkt_vertcs_from_str>},
+    {"GXYZCS", read_as<ko_gxyzcs, ko_wkt_gxyzcs_from_str>},
     {"DATUM", read_as<ko_datum, ko_wkt_datum_from_str>},
-    {"VDATUM", nullptr},
-    {"VERT_DATUM", nullptr},
+    {"VDATUM", read_as<ko_vdatum, ko_wkt_vdatum_from_str>},
+    {"VERT_DATUM", read_as<ko_vdatum, ko_wkt_vdatum_from_str>},
     {"ANGUNIT", read_as<ko_angunit, ko_wkt_angunit_from_str>},
     {"LINUNIT", read_as<ko_linunit, ko_wkt_linunit_from_str>},
     {"SCALEUNIT", read_as<ko_scaleunit, ko_wkt_scaleunit_from_str>},
@@ -85,15 +98,15 @@ constexpr KeywordRow kKeywords[] = {
     {"SPHEROID", read_as<ko_spheroid, ko_wkt_spheroid_from_str>},
     {"ELLIPSOID", read_as<ko_spheroid, ko_wkt_spheroid_from_str>},
     {"METHOD", read_as<ko_method, ko_wkt_method_from_str>},
-    {"HTMETHOD", nullptr},
+    {"HTMETHOD", read_as<ko_htmethod, ko_wkt_htmethod_from_str>},
     {"PROJECTION", read_as<ko_projection, ko_wkt_projection_from_str>},
     {"PARAMETER", read_as<ko_parameter, ko_wkt_parameter_from_str>},
     {"AUTHORITY", read_as<ko_authority, ko_wkt_authority_from_str>},
     {"DISPNAME", read_as<ko_dispname, ko_wkt_dispname_from_str>},
     {"METADATA", read_as<ko_metadata, ko_wkt_metadata_from_str>},
-    {"EPOCH", nullptr},
-    {"ARRAY", nullptr},
-    {"VTMETHOD", nullptr},
+    {"EPOCH", read_as<ko_epoch, ko_wkt_epoch_from_str>},
+    {"ARRAY", read_as<ko_array, ko_wkt_array_from_str>},
+    {"VTMETHOD", read_as<ko_vtmethod, ko_wkt_vtmethod_from_str>},
 };
 
 constexpr bool is_letter(unsigned char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
@@ -111,12 +124,6 @@ bool is_compound(const char *text) {
   return contains_ci(text, "vertcs") && (contains_ci(text, "projcs") || contains_ci(text, "geogcs"));
 }
 
-void *read_with(const KeywordRow &row, const char *text, const char *authority, ko_err *err) {
-  if (row.read != nullptr) return row.read(text, authority, err);
-  ko_err_clear(err);
-  report(err, 461, "ko_wkt_str_to_object", row.keyword);
-  return nullptr;
-}
 
 // Reads any object and keeps it only when its type is one of mask.
 void *read_of_types(uint32_t mask, const char *text, const char *authority, ko_err *err) {
@@ -161,10 +168,10 @@ void *ko_wkt_str_to_object_no_type(const char *text, const char *authority, ko_e
   const char *start = text;
   while (*start != '\0' && !is_letter(static_cast<unsigned char>(*start))) ++start;
   for (const KeywordRow &row : kLeadingKeywords)
-    if (ko_strncmp_ci2(start, row.keyword) == 0) return read_with(row, text, authority, err);
-  if (is_compound(text)) return read_with(kLeadingKeywords[2], text, authority, err);
+    if (ko_strncmp_ci2(start, row.keyword) == 0) return row.read(text, authority, err);
+  if (is_compound(text)) return ko_wkt_hvcoordsys_from_str(text, authority, err);
   for (const KeywordRow &row : kKeywords)
-    if (ko_strncmp_ci2(start, row.keyword) == 0) return read_with(row, text, authority, err);
+    if (ko_strncmp_ci2(start, row.keyword) == 0) return row.read(text, authority, err);
   return nullptr;
 }
 

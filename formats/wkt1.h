@@ -136,6 +136,28 @@ struct MetadataVectorDeleter {
 };
 using UniqueMetadata = std::unique_ptr<ko_metadata *, MetadataVectorDeleter>;
 
+struct NodeRead;
+
+// The horizontal system among a node's children: the first child of the
+// GEOGCS kind or of the PROJCS kind (both repeatable kinds); a second one
+// of either is error 404.  Absent: out stays null.
+bool read_coordsys(NodeRead &n, int geogcs_kind, int projcs_kind, Unique<void> &out);
+
+// The DATUM (required: error 431) and the PRIMEM of a geographic or
+// geocentric system, children of the given kinds.
+bool read_datum_and_primem(NodeRead &n, int datum_kind, int primem_kind, Unique<ko_datum> &datum,
+                           Unique<ko_primem> &primem);
+
+// The two children of a repeatable kind that a transformation holds in
+// order (from and to); a third is error `third`.  Absent ones stay null.
+template <class T>
+bool read_pair(NodeRead &n, int kind, FromTokens<T> from_tokens, std::array<Unique<T>, 2> &out,
+               int third);
+
+// The number of an OPERATIONACCURACY child at token `at` (-1: none, and
+// accuracy stays as it is); error 475 when it holds no number.
+bool read_accuracy(NodeRead &n, int at, double &accuracy);
+
 // The 24 parameter slots of a projected system or a transformation under
 // construction.
 struct ParameterSlots {
@@ -240,6 +262,22 @@ T *read_text(const char *text, const char *authority, ko_err *err, const char *k
   return from_tokens(list.get(), authority, 0, nullptr, err);
 }
 
+template <class T>
+bool read_pair(NodeRead &n, int kind, FromTokens<T> from_tokens, std::array<Unique<T>, 2> &out,
+               int third) {
+  std::size_t found = 0;
+  for (int k = 0; k < n.c.repeat_count; ++k) {
+    if (n.c.repeats[k].kind != kind) continue;
+    if (found == out.size()) {
+      report(n.r.err, third, n.node.keyword, n.node.name);
+      return false;
+    }
+    if (!read_child(n.r, n.c.repeats[k].at, from_tokens, out[found])) return false;
+    if (out[found] != nullptr) ++found;
+  }
+  return true;
+}
+
 // ko_wkt_<t>_from_str of a reader of keyword (or its alternate, or null).
 #define KO_WKT1_DEFINE_FROM_STR(t, T, keyword, alt)                                     \
   T *ko_wkt_##t##_from_str(const char *text, const char *authority, ko_err *err) {      \
@@ -310,6 +348,9 @@ void put_child(text::TextOut &out, ToStr<T> to_str, const T *child, const char *
 // ,AUTHORITY[...] of an object: its authority object, else the authority
 // name, external code and version of its header; nothing without either.
 void put_authority_of(text::TextOut &out, const void *obj, uint32_t options);
+
+// ,OPERATIONACCURACY[metres] unless the accuracy is unknown (999.0).
+void put_accuracy(text::TextOut &out, double accuracy, uint32_t options);
 
 // ,PARAMETER[...] for every filled slot, in slot order.
 void put_parameters(text::TextOut &out, ko_parameter *const *parms, const char *authority,

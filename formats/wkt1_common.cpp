@@ -35,23 +35,31 @@ bool note_single(const Reader &r, const Node &node, int &slot, int index, int du
 // (ignoring case, white space and ( ) - / \ _ too).
 using NameCompare = int (*)(const char *, const char *);
 
+// The first of count names (at(i) gives the i-th) equal to name.
+template <class At>
+const char *own_in_list(int count, At at, const char *name, NameCompare same) {
+  for (int i = 0; i < count; ++i)
+    if (const char *own = at(i); same(own, name) == 0) return own;
+  return nullptr;
+}
+
 // The library's own spelling of a name of the type, when the name is one
-// of the library's names under the comparison.
+// of the library's names under the comparison: the method-like types'
+// lists, else the catalogue's data records.
 const char *own_name(uint32_t type, const char *name, NameCompare same) {
-  if (type == KO_TYPE_PARAMETER) {
-    for (const ko_parmlist_entry *row = ko_parmlist_tbl; row->code != 0; ++row)
-      if (same(row->name, name) == 0) return row->name;
-    return nullptr;
-  }
-  if (type == KO_TYPE_METHOD) {
-    for (int i = 0; i < ko_methlist_count(); ++i)
-      if (same(ko_methlist_from_indx(i)->name, name) == 0) return ko_methlist_from_indx(i)->name;
-    return nullptr;
-  }
-  if (type == KO_TYPE_PROJECTION) {
-    for (int i = 0; i < ko_projlist_count(); ++i)
-      if (same(ko_projlist_from_indx(i)->name, name) == 0) return ko_projlist_from_indx(i)->name;
-    return nullptr;
+  switch (type) {
+    case KO_TYPE_PARAMETER:
+      return own_in_list(ko_parmlist_count(), [](int i) { return ko_parmlist_tbl[i].name; }, name, same);
+    case KO_TYPE_PROJECTION:
+      return own_in_list(ko_projlist_count(), [](int i) { return ko_projlist_from_indx(i)->name; }, name, same);
+    case KO_TYPE_METHOD:
+      return own_in_list(ko_methlist_count(), [](int i) { return ko_methlist_from_indx(i)->name; }, name, same);
+    case KO_TYPE_VTMETHOD:
+      return own_in_list(ko_vtmethlist_count(), [](int i) { return ko_vtmethlist_from_indx(i)->name; }, name, same);
+    case KO_TYPE_HTMETHOD:
+      return own_in_list(ko_htmethlist_count(), [](int i) { return ko_htmethlist_from_indx(i)->name; }, name, same);
+    default:
+      break;
   }
   for (const ko_db_builtin_entry *row = ko_db_builtin_registry; row->type != 0; ++row) {
     if ((row->type & type) != row->type || row->data == nullptr) continue;
@@ -228,6 +236,44 @@ bool read_parameters(const Reader &r, const Node &node, const Children &c, int k
   return true;
 }
 
+bool read_coordsys(NodeRead &n, int geogcs_kind, int projcs_kind, Unique<void> &out) {
+  int found = 0;
+  for (int k = 0; k < n.c.repeat_count; ++k) {
+    const Repeat &child = n.c.repeats[k];
+    if (child.kind != geogcs_kind && child.kind != projcs_kind) continue;
+    if (++found > 1) {
+      report(n.r.err, 404, n.node.keyword, n.node.name);
+      return false;
+    }
+    void *sys = child.kind == geogcs_kind
+                    ? static_cast<void *>(ko_wkt_geogcs_from_tokens(n.r.list, n.r.authority, child.at, nullptr, n.r.err))
+                    : static_cast<void *>(ko_wkt_projcs_from_tokens(n.r.list, n.r.authority, child.at, nullptr, n.r.err));
+    if (sys == nullptr && n.r.err != nullptr) return false;
+    out.reset(sys);
+  }
+  return true;
+}
+
+bool read_datum_and_primem(NodeRead &n, int datum_kind, int primem_kind, Unique<ko_datum> &datum,
+                           Unique<ko_primem> &primem) {
+  if (!read_child(n.r, n.c.first[datum_kind], ko_wkt_datum_from_tokens, datum) ||
+      !read_child(n.r, n.c.first[primem_kind], ko_wkt_primem_from_tokens, primem))
+    return false;
+  if (datum != nullptr) return true;
+  report(n.r.err, 431, n.node.keyword, n.node.name);
+  return false;
+}
+
+bool read_accuracy(NodeRead &n, int at, double &accuracy) {
+  if (at < 0) return true;
+  const ko_wkt_tokens &list = *n.r.list;
+  if (at + 1 >= n.node.end || list.tokens[at + 1].depth <= list.tokens[at].depth) {
+    report(n.r.err, 475, n.node.keyword, "OPERATIONACCURACY");
+    return false;
+  }
+  return parse_number(n.r, list.tokens[at + 1].text, n.node, accuracy);
+}
+
 bool read_extras(const Reader &r, const Children &c, Extras &extras) {
   extras.hidden = c.hidden;
   return read_child(r, c.authority, ko_wkt_authority_from_tokens, extras.authority) &&
@@ -328,6 +374,15 @@ void put_quoted(text::TextOut &out, const char *text) {
   out.put(",\"");
   out.put(text);
   out.put('"');
+}
+
+void put_accuracy(text::TextOut &out, double accuracy, uint32_t options) {
+  if (accuracy == 999.0) return;  // unknown
+  char number[32];
+  ko_dtoa(number, (options & KO_STR_FULL_PRECISION) != 0 ? 17 : 16, accuracy);
+  out.put(",OPERATIONACCURACY[");
+  out.put(number);
+  out.put(']');
 }
 
 void put_parameters(text::TextOut &out, ko_parameter *const *parms, const char *authority,

@@ -248,18 +248,13 @@ ko_geogcs *ko_wkt_geogcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
   Unique<ko_linunit> vert_unit;
   ko_metadata **metadata_ptr = nullptr;
   if (!n.open(index, "GEOGCS", nullptr, kChildren) ||
-      !read_child(n.r, n.c.first[kDatum], ko_wkt_datum_from_tokens, datum) ||
-      !read_child(n.r, n.c.first[kPrimem], ko_wkt_primem_from_tokens, primem) ||
+      !read_datum_and_primem(n, kDatum, kPrimem, datum, primem) ||
       !read_child(n.r, n.c.first[kUnit], ko_wkt_angunit_from_tokens, unit) ||
       !read_child(n.r, n.c.first[kLinunit], ko_wkt_linunit_from_tokens, vert_unit) ||
       !read_metadata(n.r, n.c, metadata_ptr))
     return nullptr;
   UniqueMetadata metadata(metadata_ptr);
   if (!n.read_extras()) return nullptr;
-  if (datum == nullptr) {
-    report(err, 431, n.node.keyword, n.node.name);
-    return nullptr;
-  }
   int dimension = vert_unit != nullptr ? 3 : 2;
   std::array<Unique<ko_axis>, KO_AXIS_MAX> axes;
   std::array<ko_axis *, KO_AXIS_MAX> axis_ptrs{};

@@ -1,7 +1,8 @@
 // WKT1 of the small node types: AUTHORITY (also read as ID), DISPNAME,
-// METADATA, PARAMETER and PROJECTION.
+// METADATA, PARAMETER, PROJECTION, HTMETHOD, ARRAY and EPOCH.
 #include "formats/wkt1.h"
 
+#include <array>
 #include <cmath>
 #include <limits>
 
@@ -209,5 +210,100 @@ ko_projection *ko_wkt_projection_from_tokens(const ko_wkt_tokens *tokens, const 
 }
 
 KO_WKT1_DEFINE_FROM_STR(projection, ko_projection, "PROJECTION", nullptr)
+
+// --- HTMETHOD ----------------------------------------------------------------
+
+int ko_wkt_htmethod_to_str(const ko_htmethod *m, const char *authority, uint32_t options, int size,
+                           char *buf) {
+  return write_name_only(m, KO_TYPE_HTMETHOD, "HTMETHOD", authority, options, size, buf);
+}
+
+// HTMETHOD["name"]: a name the adjustment method list does not know is
+// error 306.
+ko_htmethod *ko_wkt_htmethod_from_tokens(const ko_wkt_tokens *tokens, const char *authority,
+                                         int index, int *end_index, ko_err *err) {
+  return read_name_only<ko_htmethod>(tokens, authority, index, end_index, err, "HTMETHOD",
+                                     KO_TYPE_HTMETHOD, ko_htmethlist_htmethod_from_name);
+}
+
+KO_WKT1_DEFINE_FROM_STR(htmethod, ko_htmethod, "HTMETHOD", nullptr)
+
+// --- ARRAY -------------------------------------------------------------------
+
+int ko_wkt_array_to_str(const ko_array *a, const char *authority, uint32_t options, int size,
+                        char *buf) {
+  TextOut out(buf, size);
+  if (!begin_node(out, a, KO_TYPE_ARRAY, "ARRAY", authority, options)) return out.finish();
+  const int count = ko_array_num_values(a);
+  put_integer(out, count);
+  for (int i = 0; i < count; ++i) put_number(out, ko_array_value(a, i), options);
+  put_child(out, ko_wkt_unit_to_str, ko_array_unit(a), authority, level_of(options).child_options);
+  put_tail(out, a, nullptr, authority, options);
+  return out.finish();
+}
+
+// ARRAY["name", number of values, values..., UNIT]: error 448 without the
+// number, 425 when the values that follow are not that many, 416 for a
+// second UNIT.
+ko_array *ko_wkt_array_from_tokens(const ko_wkt_tokens *tokens, const char *authority, int index,
+                                   int *end_index, ko_err *err) {
+  static constexpr ChildKind kChildren[] = {{"UNIT", nullptr, 416}};
+  NodeRead n(tokens, authority, err);
+  double count = 0.0;
+  if (!n.open(index, "ARRAY", nullptr, kChildren) || !value_number(n.r, n.node, n.c, 0, 448, count))
+    return nullptr;
+  std::array<double, KO_WKT_MAX_TOKENS> values{};
+  const int given = n.c.value_count - 1;
+  if (count != given) {
+    report(err, 425, n.node.keyword, n.node.name);
+    return nullptr;
+  }
+  for (int i = 0; i < given; ++i)
+    if (!value_number(n.r, n.node, n.c, i + 1, 0, values[static_cast<std::size_t>(i)])) return nullptr;
+  ko::Unique<ko_unit> unit;
+  if (!read_child(n.r, n.c.first[0], ko_wkt_unit_from_tokens, unit) || !n.read_extras()) return nullptr;
+  char name[KO_NAME_SIZE];
+  n.name(KO_TYPE_ARRAY, name);
+  ko_array *a = construct(n.r, [&](ko_err *e) {
+    return ko_array_new_errext(name, given, values.data(), unit.get(), e);
+  });
+  if (a != nullptr) unit.release();
+  return n.done(a, end_index);
+}
+
+KO_WKT1_DEFINE_FROM_STR(array, ko_array, "ARRAY", nullptr)
+
+// --- EPOCH -------------------------------------------------------------------
+
+// EPOCH[decimal year]: an epoch has no name, the year stands in its place.
+int ko_wkt_epoch_to_str(const ko_epoch *e, const char *, uint32_t options, int size, char *buf) {
+  TextOut out(buf, size);
+  if (ko_epoch_p(e) == 0) return out.finish();
+  char year[32];
+  ko_dtoa(year, (options & KO_STR_FULL_PRECISION) != 0 ? 17 : 16, ko_epoch_year(e));
+  out.put("EPOCH[");
+  out.put(year);
+  out.put(']');
+  return out.finish();
+}
+
+// Error 479 for an empty year, 475 for one that is not a number.
+ko_epoch *ko_wkt_epoch_from_tokens(const ko_wkt_tokens *tokens, const char *authority, int index,
+                                   int *end_index, ko_err *err) {
+  Reader r{tokens, authority, err};
+  Node node;
+  double year = 0.0;
+  if (tokens == nullptr || !open_node(r, index, "EPOCH", nullptr, node)) return nullptr;
+  if (node.name[0] == '\0') {
+    report(err, 479, node.keyword, "");
+    return nullptr;
+  }
+  if (!parse_number(r, node.name, node, year)) return nullptr;
+  ko_epoch *e = construct(r, [&](ko_err *rec) { return ko_epoch_new_errext(year, rec); });
+  if (e != nullptr) set_end(end_index, node);
+  return e;
+}
+
+KO_WKT1_DEFINE_FROM_STR(epoch, ko_epoch, "EPOCH", nullptr)
 
 }  // extern "C"

@@ -44,13 +44,7 @@ int ko_wkt_geogtran_to_str(const ko_geogtran *gt, const char *authority, uint32_
   ko_parameter *parms[KO_PARM_COUNT];
   ko_geogtran_parameters(gt, parms);
   put_parameters(out, parms, authority, child);
-  if (double accuracy = ko_geogtran_accuracy(gt); accuracy != kUnknownAccuracy) {
-    char number[32];
-    ko_dtoa(number, (options & KO_STR_FULL_PRECISION) != 0 ? 17 : 16, accuracy);
-    out.put(",OPERATIONACCURACY[");
-    out.put(number);
-    out.put(']');
-  }
+  put_accuracy(out, ko_geogtran_accuracy(gt), options);
   put_tail(out, gt, ko_geogtran_metadata_vector(gt), authority, options);
   return out.finish();
 }
@@ -77,25 +71,10 @@ ko_geogtran *ko_wkt_geogtran_from_tokens(const ko_wkt_tokens *tokens, const char
   if (!n.open(index, "GEOGTRAN", nullptr, kChildren) ||
       !read_child(n.r, c.first[kMethod], ko_wkt_method_from_tokens, method))
     return nullptr;
-  std::size_t systems = 0;
-  for (int k = 0; k < c.repeat_count; ++k) {
-    if (c.repeats[k].kind != kGeogcs) continue;
-    if (systems == gcs.size()) {
-      report(err, 406, n.node.keyword, n.node.name);
-      return nullptr;
-    }
-    if (!read_child(n.r, c.repeats[k].at, ko_wkt_geogcs_from_tokens, gcs[systems])) return nullptr;
-    if (gcs[systems] != nullptr) ++systems;
-  }
+  if (!read_pair(n, kGeogcs, ko_wkt_geogcs_from_tokens, gcs, 406)) return nullptr;
   double accuracy = kUnknownAccuracy;
-  if (const int at = c.first[kAccuracy]; at >= 0) {
-    if (at + 1 >= n.node.end || tokens->tokens[at + 1].depth <= tokens->tokens[at].depth) {
-      report(err, 475, n.node.keyword, "OPERATIONACCURACY");
-      return nullptr;
-    }
-    if (!parse_number(n.r, tokens->tokens[at + 1].text, n.node, accuracy)) return nullptr;
-  }
-  if (!read_parameters(n.r, n.node, c, kParameter, KO_PARM_CAT_GEOGTRAN, parms) ||
+  if (!read_accuracy(n, c.first[kAccuracy], accuracy) ||
+      !read_parameters(n.r, n.node, c, kParameter, KO_PARM_CAT_GEOGTRAN, parms) ||
       !read_metadata(n.r, c, metadata_ptr))
     return nullptr;
   UniqueMetadata metadata(metadata_ptr);
@@ -124,5 +103,97 @@ ko_geogtran *ko_wkt_geogtran_from_tokens(const ko_wkt_tokens *tokens, const char
 }
 
 KO_WKT1_DEFINE_FROM_STR(geogtran, ko_geogtran, "GEOGTRAN", nullptr)
+
+}  // extern "C"
+
+extern "C" {
+
+// --- VTMETHOD ----------------------------------------------------------------
+
+int ko_wkt_vtmethod_to_str(const ko_vtmethod *m, const char *authority, uint32_t options, int size,
+                           char *buf) {
+  return write_name_only(m, KO_TYPE_VTMETHOD, "VTMETHOD", authority, options, size, buf);
+}
+
+// VTMETHOD["name"]: a name the vertical method list does not know is
+// error 307.
+ko_vtmethod *ko_wkt_vtmethod_from_tokens(const ko_wkt_tokens *tokens, const char *authority,
+                                         int index, int *end_index, ko_err *err) {
+  return read_name_only<ko_vtmethod>(tokens, authority, index, end_index, err, "VTMETHOD",
+                                     KO_TYPE_VTMETHOD, ko_vtmethlist_vtmethod_from_name);
+}
+
+KO_WKT1_DEFINE_FROM_STR(vtmethod, ko_vtmethod, "VTMETHOD", nullptr)
+
+// --- VERTTRAN ----------------------------------------------------------------
+
+int ko_wkt_verttran_to_str(const ko_verttran *vt, const char *authority, uint32_t options, int size,
+                           char *buf) {
+  TextOut out(buf, size);
+  if (!begin_node(out, vt, KO_TYPE_VERTTRAN, "VERTTRAN", authority, options)) return out.finish();
+  uint32_t child = level_of(options).child_options;
+  put_child<void>(out, ko_wkt_coordsys_to_str, ko_verttran_coordsys(vt), authority, child);
+  put_child(out, ko_wkt_vertcs_to_str, ko_verttran_vertcs1(vt), authority, child);
+  put_child(out, ko_wkt_vertcs_to_str, ko_verttran_vertcs2(vt), authority, child);
+  put_child(out, ko_wkt_vtmethod_to_str, ko_verttran_vtmethod(vt), authority, child);
+  ko_parameter *parms[KO_PARM_COUNT];
+  ko_verttran_parameters(vt, parms);
+  put_parameters(out, parms, authority, child);
+  put_accuracy(out, ko_verttran_accuracy(vt), options);
+  put_tail(out, vt, ko_verttran_metadata_vector(vt), authority, options);
+  return out.finish();
+}
+
+// VERTTRAN["name", GEOGCS or PROJCS, VERTCS (from), VERTCS (to), VTMETHOD,
+// PARAMETER..., OPERATIONACCURACY[metres]]: the horizontal system is
+// optional; errors 443, 444 and 445 without the first or second vertical
+// system or the method; 404, 418, 417 and 352 for a second horizontal
+// system, a third vertical one, a second method or accuracy.  Parameters
+// without unit are in metres and radians.
+ko_verttran *ko_wkt_verttran_from_tokens(const ko_wkt_tokens *tokens, const char *authority,
+                                         int index, int *end_index, ko_err *err) {
+  enum { kMethod, kAccuracy, kGeogcs, kProjcs, kVertcs, kParameter };
+  static constexpr ChildKind kChildren[] = {{"VTMETHOD", nullptr, 417}, {"OPERATIONACCURACY", nullptr, 352},
+                                            {"GEOGCS", nullptr, 0},    {"PROJCS", nullptr, 0},
+                                            {"VERTCS", "VERT_CS", 0},  {"PARAMETER", nullptr, 0}};
+  NodeRead n(tokens, authority, err);
+  ko::Unique<void> horizontal;
+  std::array<ko::Unique<ko_vertcs>, 2> vertical;
+  ko::Unique<ko_vtmethod> method;
+  ParameterSlots parms;
+  double accuracy = kUnknownAccuracy;
+  ko_metadata **metadata_ptr = nullptr;
+  if (!n.open(index, "VERTTRAN", nullptr, kChildren) || !read_coordsys(n, kGeogcs, kProjcs, horizontal) ||
+      !read_child(n.r, n.c.first[kMethod], ko_wkt_vtmethod_from_tokens, method))
+    return nullptr;
+  if (!read_pair(n, kVertcs, ko_wkt_vertcs_from_tokens, vertical, 418) ||
+      !read_accuracy(n, n.c.first[kAccuracy], accuracy) ||
+      !read_parameters(n.r, n.node, n.c, kParameter, KO_PARM_CAT_VERTTRAN, parms) ||
+      !read_metadata(n.r, n.c, metadata_ptr))
+    return nullptr;
+  UniqueMetadata metadata(metadata_ptr);
+  if (!n.read_extras()) return nullptr;
+  const int missing = vertical[0] == nullptr ? 443 : vertical[1] == nullptr ? 444 : method == nullptr ? 445 : 0;
+  if (missing != 0) {
+    report(err, missing, n.node.keyword, n.node.name);
+    return nullptr;
+  }
+  char name[KO_NAME_SIZE];
+  n.name(KO_TYPE_VERTTRAN, name);
+  ko_verttran *vt = construct(n.r, [&](ko_err *e) {
+    return ko_verttran_ext_new_errext(name, horizontal.get(), vertical[0].get(), vertical[1].get(),
+                                      method.get(), parms.ptrs.data(), metadata.get(), nullptr, e,
+                                      accuracy);
+  });
+  if (vt == nullptr) return nullptr;
+  horizontal.release();
+  for (auto &v : vertical) v.release();
+  method.release();
+  parms.release();
+  metadata.release();
+  return n.done(vt, end_index);
+}
+
+KO_WKT1_DEFINE_FROM_STR(verttran, ko_verttran, "VERTTRAN", nullptr)
 
 }  // extern "C"

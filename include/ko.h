@@ -2798,6 +2798,16 @@ KO_DECLARE_STRING_FORWARDS(geogtran, ko_geogtran)
 KO_DECLARE_STRING_FORWARDS(metadata, ko_metadata)
 KO_DECLARE_STRING_FORWARDS(authority, ko_authority)
 KO_DECLARE_STRING_FORWARDS(dispname, ko_dispname)
+KO_DECLARE_STRING_FORWARDS(vdatum, ko_vdatum)
+KO_DECLARE_STRING_FORWARDS(vertcs, ko_vertcs)
+KO_DECLARE_STRING_FORWARDS(gxyzcs, ko_gxyzcs)
+KO_DECLARE_STRING_FORWARDS(hvcoordsys, ko_hvcoordsys)
+KO_DECLARE_STRING_FORWARDS(verttran, ko_verttran)
+KO_DECLARE_STRING_FORWARDS(vtmethod, ko_vtmethod)
+KO_DECLARE_STRING_FORWARDS(htmethod, ko_htmethod)
+KO_DECLARE_STRING_FORWARDS(array, ko_array)
+KO_DECLARE_STRING_FORWARDS(epoch, ko_epoch)
+KO_DECLARE_STRING_FORWARDS(adjhcs, ko_adjhcs)
 
 /* Type code of the outer keyword; the _u form narrows UTF-16 text (each
  * unit's low byte, up to and including the first '[', at most 4095). */
@@ -2906,6 +2916,16 @@ KO_DECLARE_WKT1(metadata, ko_metadata)
 KO_DECLARE_WKT1(projcs, ko_projcs)
 KO_DECLARE_WKT1(method, ko_method)
 KO_DECLARE_WKT1(geogtran, ko_geogtran)
+KO_DECLARE_WKT1(vdatum, ko_vdatum)
+KO_DECLARE_WKT1(vertcs, ko_vertcs)
+KO_DECLARE_WKT1(gxyzcs, ko_gxyzcs)
+KO_DECLARE_WKT1(hvcoordsys, ko_hvcoordsys)
+KO_DECLARE_WKT1(verttran, ko_verttran)
+KO_DECLARE_WKT1(vtmethod, ko_vtmethod)
+KO_DECLARE_WKT1(htmethod, ko_htmethod)
+KO_DECLARE_WKT1(array, ko_array)
+KO_DECLARE_WKT1(epoch, ko_epoch)
+KO_DECLARE_WKT1(adjhcs, ko_adjhcs)
 
 /* Dispatch on the object's type code; -1 for a type without a WKT1 form
  * (or no object).  With KO_STR_EXPAND or KO_STR_EXPAND_TABS the text is
@@ -2918,8 +2938,8 @@ KO_API void *ko_wkt_str_to_object(uint32_t type, const char *text, const char *a
                                   ko_err *err);
 /* Skips to the first letter and reads the object its keyword names,
  * trying the keywords in a fixed order (a text with a vertical system and
- * a geographic or projected one is a compound system).  An unknown
- * keyword is error 461. */
+ * a geographic or projected one is a compound system).  A text whose
+ * keyword is none of them gives null and no report. */
 KO_API void *ko_wkt_str_to_object_no_type(const char *text, const char *authority, ko_err *err);
 /* String forms of the union types: they dispatch on the object's type. */
 KO_API int ko_wkt_coordsys_to_str(const void *obj, const char *authority, uint32_t options,

@@ -147,4 +147,82 @@ inline ko_geogtran *geogtran_from_catalog(int32_t code) {
   return gt;
 }
 
+inline ko_vdatum *vdatum_from_catalog(int32_t code) {
+  auto *rec = catalog_record<ko_db_datum_rec>(KO_TYPE_VDATUM, code);
+  return rec != nullptr ? ko_vdatum_ext_new(rec->name, rec->anchor, nullptr) : nullptr;
+}
+
+// A vertical system: its vertical datum, its direction as the Direction
+// parameter, its unit.  A code that is a three-dimensional geographic
+// system (as a vertical transformation's source may be) gives the system
+// of its ellipsoidal heights: its datum and metres.
+inline ko_vertcs *vertcs_from_catalog(int32_t code) {
+  ko_parameter *parms[KO_PARM_COUNT] = {};
+  if (auto *rec = catalog_record<ko_db_vertcs_rec>(KO_TYPE_VERTCS, code)) {
+    ko_vdatum *d = vdatum_from_catalog(rec->vdatum);
+    parms[1] = ko_parmlist_parameter_from_code_value(KO_PARM_CODE_DIRECTION, nullptr, rec->direction);
+    ko_linunit *u = ko_linunit_new_code(rec->linunit);
+    ko_vertcs *v = ko_vertcs_new(rec->name, d, parms, u);
+    if (v == nullptr) {
+      ko_vdatum_del(d);
+      ko_parameter_del(parms[1]);
+      ko_linunit_del(u);
+    }
+    return v;
+  }
+  auto *rec = catalog_record<ko_db_geogcs_rec>(KO_TYPE_GEOGCS, code);
+  ko_datum *d = rec != nullptr ? datum_from_catalog(rec->datum) : nullptr;
+  ko_vertcs *v = d != nullptr ? ko_vertcs_new(rec->name, d, nullptr, ko_linunit_new_code(9001)) : nullptr;
+  if (v == nullptr) ko_datum_del(d);
+  return v;
+}
+
+inline ko_gxyzcs *gxyzcs_from_catalog(int32_t code) {
+  auto *rec = catalog_record<ko_db_gxyzcs_rec>(KO_TYPE_GXYZCS, code);
+  if (rec == nullptr) return nullptr;
+  ko_datum *d = datum_from_catalog(rec->datum);
+  ko_primem *p = primem_from_catalog(rec->primem);
+  ko_linunit *u = ko_linunit_new_code(rec->linunit);
+  ko_gxyzcs *g = ko_gxyzcs_new(rec->name, d, p, u);
+  if (g == nullptr) {
+    ko_datum_del(d);
+    ko_primem_del(p);
+    ko_linunit_del(u);
+  }
+  return g;
+}
+
+inline ko_hvcoordsys *hvcoordsys_from_catalog(int32_t code) {
+  auto *rec = catalog_record<ko_db_hvcoordsys_rec>(KO_TYPE_HVCOORDSYS, code);
+  if (rec == nullptr) return nullptr;
+  void *h = rec->hcs_type == static_cast<int32_t>(KO_TYPE_PROJCS) ? static_cast<void *>(projcs_from_catalog(rec->hcs))
+                                                                  : static_cast<void *>(geogcs_from_catalog(rec->hcs));
+  ko_vertcs *v = vertcs_from_catalog(rec->vcs);
+  ko_hvcoordsys *c = ko_hvcoordsys_new(rec->name, h, v);
+  if (c == nullptr) {
+    ko_object_del(h);
+    ko_vertcs_del(v);
+  }
+  return c;
+}
+
+inline ko_verttran *verttran_from_catalog(int32_t code) {
+  auto *rec = catalog_record<ko_db_verttran_rec>(KO_TYPE_VERTTRAN, code);
+  if (rec == nullptr) return nullptr;
+  auto parms = parameters_from_pool(ko_obj_verttran_parms, rec->parm_first, rec->parm_count,
+                                    ko_obj_verttran_parm_texts);
+  ko_vertcs *v1 = vertcs_from_catalog(rec->vcs1);
+  ko_vertcs *v2 = vertcs_from_catalog(rec->vcs2);
+  ko_vtmethod *m = ko_vtmethlist_vtmethod_from_code(rec->method, nullptr);
+  ko_verttran *vt =
+      ko_verttran_ext_new(rec->name, nullptr, v1, v2, m, parms.data(), nullptr, nullptr, rec->accuracy);
+  if (vt == nullptr) {
+    ko_vertcs_del(v1);
+    ko_vertcs_del(v2);
+    ko_vtmethod_del(m);
+    delete_parameters(parms);
+  }
+  return vt;
+}
+
 }  // namespace ko::test

@@ -42,7 +42,25 @@ const std::string kGeogtran =
     R"(PARAMETER["Z_Axis_Rotation",0.3],PARAMETER["Scale_Difference",1.5],OPERATIONACCURACY[2.0],)"
     R"(METADATA["m",1,2,3,4,0,0,7],DISPNAME["t"],AUTHORITY["EPSG",1311]])";
 
+const std::string kNavd88 =
+    R"(VERTCS["NAVD88",VDATUM["North_American_Vertical_Datum_1988",AUTHORITY["EPSG",5103]],)"
+    R"(PARAMETER["Vertical_Shift",0.5],PARAMETER["Direction",1.0],UNIT["Foot_US",0.3048006096012192],)"
+    R"(METADATA["US",-125,24,-66,50,0,0,1323],AUTHORITY["EPSG",5703]])";
+const std::string kCompound =
+    R"(HVCOORDSYS["c",PROJCS["p",)" + kGcs2 +
+    R"(,PROJECTION["Transverse_Mercator"],PARAMETER["False_Easting",500000.0],PARAMETER["Central_Meridian",15.0],)"
+    R"(PARAMETER["Scale_Factor",0.9996],UNIT["Meter",1.0],AUTHORITY["EPSG",32633]],)" + kNavd88 + "]";
+const std::string kVerttran =
+    R"(VERTTRAN["v",)" + kGcs2 + "," + kNavd88 + "," + kNavd88 +
+    R"(,VTMETHOD["Vertical_Offset"],PARAMETER["Vertical_Offset",0.5],OPERATIONACCURACY[0.1],)"
+    R"(METADATA["m",1,2,3,4,0,0,7],AUTHORITY["EPSG",7777]])";
+const std::string kAdjusted =
+    R"(ADJHCS["a",)" + kGcs2 +
+    R"(,HTMETHOD["Similarity"],ARRAY["a",4,0.001,0.002,0.99,0.01,UNIT["Degree",0.0174532925199433]],DISPNAME["adj"]])";
+
 const std::string kSmall[] = {
+    R"(GXYZCS["g",DATUM["D_WGS_1984",SPHEROID["WGS_1984",6378137.0,298.257223563]],PRIMEM["Greenwich",0.0],UNIT["Meter",1.0]])",
+    R"(EPOCH[2010.5])",
     R"(UNIT["Foot_US",0.3048006096012192,"US survey foot","US survey feet","ftUS",AUTHORITY["EPSG",9003]])",
     R"(AREAUNIT["Hectare",10000.0,DISPNAME["ha"]])",
     R"(PARAMETER["False_Easting",1.0,DISPNAME["FE"],AUTHORITY["EPSG",8806]])",
@@ -73,6 +91,9 @@ TEST(Wkt1Cleanup, EveryFailedAllocationIsCleanedUp) {
   sweep(kGcs3);
   sweep(kProjcs3);
   sweep(kGeogtran);
+  sweep(kCompound);
+  sweep(kVerttran);
+  sweep(kAdjusted);
   for (const std::string &text : kSmall) sweep(text);
 }
 
@@ -114,7 +135,7 @@ std::vector<std::string> damaged(const std::string &text) {
 TEST(Wkt1Cleanup, DamagedTextsFailCleanlyOrReadIntoWritableObjects) {
   ASSERT_TRUE(ko::test::installed());
   std::map<int, int> numbers;
-  for (const std::string &text : {kGcs3, kProjcs3, kGeogtran}) {
+  for (const std::string &text : {kGcs3, kProjcs3, kGeogtran, kCompound}) {
     for (const std::string &variant : damaged(text)) {
       long before = ko::test::live_allocations();
       ko_err err{};

@@ -1,6 +1,7 @@
 // OGC WKT1 as common open-source GIS tools write it (tests/data/wkt1, made
 // by PROJ's projinfo from EPSG codes): quoted EPSG names, AXIS, TOWGS84,
-// EXTENSION, AUTHORITY on every node, lower-case unit and parameter names.
+// EXTENSION, AUTHORITY on every node, lower-case unit and parameter names,
+// VERT_CS, VERT_DATUM and COMPD_CS.
 // Read through the "PostGIS" synonyms, each text gives the object that the
 // catalogue's record of its code builds; projected systems then also
 // project a point as PROJ does.
@@ -49,11 +50,15 @@ std::vector<Sample> corpus() {
 // (it carries no unit), so the catalogue's meridian is built in degrees.
 Obj catalogue_object(int32_t code) {
   if (void *g = ko::test::geogcs_from_catalog(code, true)) return Obj(g);
-  return Obj(ko::test::projcs_from_catalog(code, true));
+  if (void *p = ko::test::projcs_from_catalog(code, true)) return Obj(p);
+  if (ko::test::catalog_record<ko_db_vertcs_rec>(KO_TYPE_VERTCS, code) != nullptr)
+    return Obj(ko::test::vertcs_from_catalog(code));
+  return Obj(ko::test::hvcoordsys_from_catalog(code));
 }
 
-// Texts that read, but into another object than the catalogue's record
-// because the two describe the system differently (not a naming matter).
+// Texts that read, but into another object than the catalogue's record,
+// because the two describe the system differently or because the
+// catalogue's PostGIS synonyms lack a name of the text.
 struct Difference {
   int32_t code;
   const char *why;
@@ -68,6 +73,7 @@ constexpr Difference kDifferences[] = {
     {3078, "the text's rectified_grid_angle; the catalogue has no XY_Plane_Rotation"},
     {2065, "the catalogue adds X_Scale, Y_Scale and XY_Plane_Rotation"},
     {5514, "the catalogue adds X_Scale -1, Y_Scale -1 and XY_Plane_Rotation (east-north axes)"},
+    {5773, "no PostGIS synonym for the vertical datum \"EGM96 geoid\" (EPSG's spelling has one)"},
 };
 
 const char *difference(int32_t code) {
