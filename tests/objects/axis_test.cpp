@@ -40,7 +40,7 @@ struct OrderCase {
   const char *label;
   int kind;
   int dimension;
-  std::array<AxisSpec, 3> specs;
+  std::array<AxisSpec, 3> given;
   int expected;
 };
 
@@ -85,7 +85,7 @@ TEST(AxisOrder, GeographicAndProjectedSets) {
   for (const OrderCase &c : cases) {
     SCOPED_TRACE(c.label);
     AxisSet set;
-    for (int i = 0; i < 3; ++i) set.axes[i] = make(c.specs[i]);
+    for (int i = 0; i < 3; ++i) set.axes[i] = make(c.given[i]);
     EXPECT_EQ(ko_axis_check_order(set.data(), c.dimension, c.kind), c.expected);
   }
 }

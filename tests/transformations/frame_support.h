@@ -68,9 +68,9 @@ struct ParmSpec {
 // Parameters placed in the slots their list rows give (unitless values are
 // read by the transformation in its default units: metres, arc-seconds,
 // parts per million).
-inline Slots make_slots(std::initializer_list<ParmSpec> specs) {
+inline Slots make_slots(std::initializer_list<ParmSpec> defs) {
   Slots slots{};
-  for (const ParmSpec &p : specs) {
+  for (const ParmSpec &p : defs) {
     ko_parameter *parm = ko_parameter_new(p.name, p.value);
     const ko_parmlist_entry *row = ko_parmlist_from_name(p.name);
     EXPECT_NE(row, nullptr) << p.name;
