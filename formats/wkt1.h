@@ -352,9 +352,16 @@ void put_authority_of(text::TextOut &out, const void *obj, uint32_t options);
 // ,OPERATIONACCURACY[metres] unless the accuracy is unknown (999.0).
 void put_accuracy(text::TextOut &out, double accuracy, uint32_t options);
 
-// ,PARAMETER[...] for every filled slot, in slot order.
+// PARAMETER["name",value] of a parameter, the value given (the writers'
+// return rule).
+int write_parameter(const ko_parameter *p, double value, const char *authority, uint32_t options,
+                    int size, char *buf);
+
+// ,PARAMETER[...] for every filled slot, in slot order, each value as
+// value_of gives it: ko_parameter_value (in the units the holder gave its
+// parameters) or ko_parameter_value_si (metres and radians).
 void put_parameters(text::TextOut &out, ko_parameter *const *parms, const char *authority,
-                    uint32_t options);
+                    uint32_t options, double (*value_of)(const ko_parameter *) = ko_parameter_value);
 
 // The common end of every node: METADATA entries (unless
 // KO_STR_NO_METADATA), DISPNAME and AUTHORITY when the level asks for them,

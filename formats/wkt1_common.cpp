@@ -386,10 +386,14 @@ void put_accuracy(text::TextOut &out, double accuracy, uint32_t options) {
 }
 
 void put_parameters(text::TextOut &out, ko_parameter *const *parms, const char *authority,
-                    uint32_t options) {
+                    uint32_t options, double (*value_of)(const ko_parameter *)) {
   if (parms == nullptr) return;
-  for (int i = 0; i < KO_PARM_COUNT; ++i)
-    put_child(out, ko_wkt_parameter_to_str, parms[i], authority, options);
+  for (int i = 0; i < KO_PARM_COUNT; ++i) {
+    if (parms[i] == nullptr) continue;
+    out.put_piece(",", [&](char *dst, int room) {
+      return write_parameter(parms[i], value_of(parms[i]), authority, options, room, dst);
+    });
+  }
 }
 
 void put_tail(text::TextOut &out, const void *obj, ko_metadata *const *metadata,
