@@ -188,6 +188,16 @@ bool read_extras(const Reader &r, const Children &c, Extras &extras);
 // extras attached (ownership passes).  Returns obj.
 void *finish_object(void *obj, const Node &node, Extras &extras);
 
+// Lets go of one owner, or of each in an array of owners.
+template <class T>
+void release_one(T &owner) {
+  owner.release();
+}
+template <class T, std::size_t N>
+void release_one(std::array<T, N> &owners) {
+  for (T &owner : owners) owner.release();
+}
+
 // Calls a constructor with a record of its own (constructors clear the
 // record they are given) and keeps its report in the reader's record when
 // it is the more severe one, so that earlier warnings survive.
@@ -198,6 +208,12 @@ auto construct(const Reader &r, Make make) {
   auto *obj = make(r.err != nullptr ? &local : nullptr);
   if (r.err != nullptr && local.severity > r.err->severity) *r.err = local;
   return obj;
+}
+
+// The object built has taken what it was given: its owners let go.
+template <class... Owners>
+void release_all(Owners &...owners) {
+  (release_one(owners), ...);
 }
 
 // Stores the end of the node into end_index when given.

@@ -95,10 +95,7 @@ ko_geogtran *ko_wkt_geogtran_from_tokens(const ko_wkt_tokens *tokens, const char
                                       metadata.get(), nullptr, e, accuracy);
   });
   if (gt == nullptr) return nullptr;
-  for (auto &g : gcs) g.release();
-  method.release();
-  parms.release();
-  metadata.release();
+  release_all(gcs, method, parms, metadata);
   return n.done(gt, end_index);
 }
 
@@ -187,11 +184,7 @@ ko_verttran *ko_wkt_verttran_from_tokens(const ko_wkt_tokens *tokens, const char
                                       accuracy);
   });
   if (vt == nullptr) return nullptr;
-  horizontal.release();
-  for (auto &v : vertical) v.release();
-  method.release();
-  parms.release();
-  metadata.release();
+  release_all(horizontal, vertical, method, parms, metadata);
   return n.done(vt, end_index);
 }
 
