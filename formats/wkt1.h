@@ -184,8 +184,8 @@ struct Extras {
 bool read_extras(const Reader &r, const Children &c, Extras &extras);
 
 // Marks a freshly built object as read from WKT1: status "string", the
-// WKT1 string type, the name as read kept as original name, and the
-// extras attached (ownership passes).  Returns obj.
+// WKT1 string type, the name as read kept as original name (when it fits
+// the field), and the extras attached (ownership passes).  Returns obj.
 void *finish_object(void *obj, const Node &node, Extras &extras);
 
 // Lets go of one owner, or of each in an array of owners.
