@@ -184,9 +184,19 @@ struct Extras {
 bool read_extras(const Reader &r, const Children &c, Extras &extras);
 
 // Marks a freshly built object as read from WKT1: status "string", the
-// WKT1 string type, the name as read kept as original name, and the
-// extras attached (ownership passes).  Returns obj.
+// WKT1 string type, the name as read kept as original name (when it fits
+// the field), and the extras attached (ownership passes).  Returns obj.
 void *finish_object(void *obj, const Node &node, Extras &extras);
+
+// Lets go of one owner, or of each in an array of owners.
+template <class T>
+void release_one(T &owner) {
+  owner.release();
+}
+template <class T, std::size_t N>
+void release_one(std::array<T, N> &owners) {
+  for (T &owner : owners) owner.release();
+}
 
 // Calls a constructor with a record of its own (constructors clear the
 // record they are given) and keeps its report in the reader's record when
@@ -198,6 +208,12 @@ auto construct(const Reader &r, Make make) {
   auto *obj = make(r.err != nullptr ? &local : nullptr);
   if (r.err != nullptr && local.severity > r.err->severity) *r.err = local;
   return obj;
+}
+
+// The object built has taken what it was given: its owners let go.
+template <class... Owners>
+void release_all(Owners &...owners) {
+  (release_one(owners), ...);
 }
 
 // Stores the end of the node into end_index when given.
@@ -352,9 +368,16 @@ void put_authority_of(text::TextOut &out, const void *obj, uint32_t options);
 // ,OPERATIONACCURACY[metres] unless the accuracy is unknown (999.0).
 void put_accuracy(text::TextOut &out, double accuracy, uint32_t options);
 
-// ,PARAMETER[...] for every filled slot, in slot order.
+// PARAMETER["name",value] of a parameter, the value given (the writers'
+// return rule).
+int write_parameter(const ko_parameter *p, double value, const char *authority, uint32_t options,
+                    int size, char *buf);
+
+// ,PARAMETER[...] for every filled slot, in slot order, each value as
+// value_of gives it: ko_parameter_value (in the units the holder gave its
+// parameters) or ko_parameter_value_si (metres and radians).
 void put_parameters(text::TextOut &out, ko_parameter *const *parms, const char *authority,
-                    uint32_t options);
+                    uint32_t options, double (*value_of)(const ko_parameter *) = ko_parameter_value);
 
 // The common end of every node: METADATA entries (unless
 // KO_STR_NO_METADATA), DISPNAME and AUTHORITY when the level asks for them,

@@ -284,9 +284,10 @@ void *finish_object(void *obj, const Node &node, Extras &extras) {
   if (live_info(obj) == nullptr) return obj;
   ko_header_set_status(obj, KO_STATUS_STRING);
   ko_header_set_str_type(obj, static_cast<int32_t>(KO_STR_FMT_WKT1));
-  char orig[KO_NAME_SIZE];
-  ko_strncpy(orig, node.name, KO_NAME_SIZE);
-  ko_header_set_orig_name(obj, orig);
+  // A name too long for the field is not kept as read: cut, it might no
+  // longer name what it named (the object keeps the name it was built
+  // with, which the writers then use).
+  if (fits<KO_NAME_SIZE>(node.name)) ko_header_set_orig_name(obj, node.name);
   if (extras.authority != nullptr) ko_header_set_authority(obj, extras.authority.release());
   if (extras.dispname != nullptr) ko_header_set_dispname(obj, extras.dispname.release());
   if (extras.hidden) ko_header_set_hidden(obj, 1);
@@ -386,10 +387,14 @@ void put_accuracy(text::TextOut &out, double accuracy, uint32_t options) {
 }
 
 void put_parameters(text::TextOut &out, ko_parameter *const *parms, const char *authority,
-                    uint32_t options) {
+                    uint32_t options, double (*value_of)(const ko_parameter *)) {
   if (parms == nullptr) return;
-  for (int i = 0; i < KO_PARM_COUNT; ++i)
-    put_child(out, ko_wkt_parameter_to_str, parms[i], authority, options);
+  for (int i = 0; i < KO_PARM_COUNT; ++i) {
+    if (parms[i] == nullptr) continue;
+    out.put_piece(",", [&](char *dst, int room) {
+      return write_parameter(parms[i], value_of(parms[i]), authority, options, room, dst);
+    });
+  }
 }
 
 void put_tail(text::TextOut &out, const void *obj, ko_metadata *const *metadata,

@@ -275,11 +275,7 @@ ko_geogcs *ko_wkt_geogcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
                                     metadata.get(), nullptr, e);
   });
   if (g == nullptr) return nullptr;
-  datum.release();
-  primem.release();
-  unit.release();
-  metadata.release();
-  for (auto &axis : axes) axis.release();
+  release_all(datum, primem, unit, metadata, axes);
   ko_wkt_geogcs_special_cases(n.done(g, end_index));
   return g;
 }

@@ -214,8 +214,7 @@ ko_projcs *ko_wkt_projcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
   ko::Unique<ko_conversion> conversion(construct(
       n.r, [&](ko_err *e) { return ko_conversion_new_errext(projection.get(), parms.ptrs.data(), e); }));
   if (conversion == nullptr) return nullptr;
-  projection.release();
-  parms.release();
+  release_all(projection, parms);
 
   const int dimension = vert_unit != nullptr ? 3 : 2;
   std::array<ko::Unique<ko_axis>, KO_AXIS_MAX> axes;
@@ -238,11 +237,9 @@ ko_projcs *ko_wkt_projcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
                                     metadata.get(), nullptr, e);
   });
   if (p == nullptr) return nullptr;
-  geogcs.release();
-  conversion.release();
+  release_all(geogcs, conversion);
   if (system_unit != nullptr) unit.release();
-  metadata.release();
-  for (auto &axis : axes) axis.release();
+  release_all(metadata, axes);
   ko_wkt_projcs_special_cases(n.done(p, end_index));
   return p;
 }

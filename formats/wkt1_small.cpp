@@ -36,6 +36,15 @@ void put_authority_fields(TextOut &out, const char *name, int32_t code, const ch
 
 namespace ko::wkt1 {
 
+int write_parameter(const ko_parameter *p, double value, const char *authority, uint32_t options,
+                    int size, char *buf) {
+  TextOut out(buf, size);
+  if (!begin_node(out, p, KO_TYPE_PARAMETER, "PARAMETER", authority, options)) return out.finish();
+  put_number(out, value, options);
+  put_tail(out, p, nullptr, authority, options);
+  return out.finish();
+}
+
 void put_authority_of(TextOut &out, const void *obj, uint32_t options) {
   if (const ko_authority *a = ko_header_get_authority(obj)) {
     char name[KO_NAME_SIZE];
@@ -162,29 +171,40 @@ KO_WKT1_DEFINE_FROM_STR(metadata, ko_metadata, "METADATA", nullptr)
 
 // --- PARAMETER ---------------------------------------------------------------
 
+// A parameter on its own carries its unit, if it has one, and its value in
+// that unit.  Inside a projected system or a transformation the holder's
+// writer leaves the unit out: there the holder's units are the values'.
 int ko_wkt_parameter_to_str(const ko_parameter *p, const char *authority, uint32_t options,
                             int size, char *buf) {
+  const ko_unit *unit = ko_parameter_unit(p);
+  if (unit == nullptr) return write_parameter(p, ko_parameter_value(p), authority, options, size, buf);
   TextOut out(buf, size);
   if (!begin_node(out, p, KO_TYPE_PARAMETER, "PARAMETER", authority, options)) return out.finish();
-  put_number(out, ko_parameter_value(p), options);
+  put_number(out, ko_parameter_value_si(p) / ko_unit_factor(unit), options);
+  put_child(out, ko_wkt_unit_to_str, unit, authority, level_of(options).child_options);
   put_tail(out, p, nullptr, authority, options);
   return out.finish();
 }
 
-// PARAMETER["name", value]: error 450 without a value.  The value is kept
-// as written, without unit; the object holding the parameter gives it its
-// unit.
+// PARAMETER["name", value, UNIT]: error 450 without a value, 416 for a
+// second UNIT.  Without a UNIT the value is kept as written and the object
+// holding the parameter gives it its unit; with one the parameter reports
+// its value in that unit.
 ko_parameter *ko_wkt_parameter_from_tokens(const ko_wkt_tokens *tokens, const char *authority,
                                            int index, int *end_index, ko_err *err) {
+  static constexpr ChildKind kChildren[] = {{"UNIT", nullptr, 416}};
   NodeRead n(tokens, authority, err);
   double value = 0.0;
-  if (!n.open(index, "PARAMETER", nullptr) || !value_number(n.r, n.node, n.c, 0, 450, value) ||
-      !n.read_extras())
+  ko::Unique<ko_unit> unit;
+  if (!n.open(index, "PARAMETER", nullptr, kChildren) || !value_number(n.r, n.node, n.c, 0, 450, value) ||
+      !read_child(n.r, n.c.first[0], ko_wkt_unit_from_tokens, unit) || !n.read_extras())
     return nullptr;
   char name[KO_NAME_SIZE];
   n.name(KO_TYPE_PARAMETER, name);
-  return n.done(construct(n.r, [&](ko_err *e) { return ko_parameter_new_errext(name, value, e); }),
-                end_index);
+  ko_parameter *p =
+      construct(n.r, [&](ko_err *e) { return ko_parameter_ext_new_errext(name, unit.get(), value, e); });
+  if (p != nullptr && unit != nullptr) ko_parameter_dflt_factor_set(p, ko_unit_factor(unit.release()));
+  return n.done(p, end_index);
 }
 
 KO_WKT1_DEFINE_FROM_STR(parameter, ko_parameter, "PARAMETER", nullptr)

@@ -134,10 +134,7 @@ ko_vertcs *ko_wkt_vertcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
                                     metadata.get(), nullptr, e);
   });
   if (v == nullptr) return nullptr;
-  datum.release();
-  parms.release();
-  unit.release();
-  metadata.release();
+  release_all(datum, parms, unit, metadata);
   return n.done(v, end_index);
 }
 
@@ -183,10 +180,7 @@ ko_gxyzcs *ko_wkt_gxyzcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
                                     metadata.get(), nullptr, e);
   });
   if (g == nullptr) return nullptr;
-  datum.release();
-  primem.release();
-  unit.release();
-  metadata.release();
+  release_all(datum, primem, unit, metadata);
   return n.done(g, end_index);
 }
 
@@ -238,9 +232,7 @@ ko_hvcoordsys *ko_wkt_hvcoordsys_from_tokens(const ko_wkt_tokens *tokens, const 
                                         nullptr, e);
   });
   if (c == nullptr) return nullptr;
-  horizontal.release();
-  vertical.release();
-  metadata.release();
+  release_all(horizontal, vertical, metadata);
   return n.done(c, end_index);
 }
 
@@ -292,10 +284,7 @@ ko_adjhcs *ko_wkt_adjhcs_from_tokens(const ko_wkt_tokens *tokens, const char *au
                                     metadata.get(), nullptr, e);
   });
   if (a == nullptr) return nullptr;
-  horizontal.release();
-  method.release();
-  values.release();
-  metadata.release();
+  release_all(horizontal, method, values, metadata);
   return n.done(a, end_index);
 }
 

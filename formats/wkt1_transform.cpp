@@ -95,10 +95,7 @@ ko_geogtran *ko_wkt_geogtran_from_tokens(const ko_wkt_tokens *tokens, const char
                                       metadata.get(), nullptr, e, accuracy);
   });
   if (gt == nullptr) return nullptr;
-  for (auto &g : gcs) g.release();
-  method.release();
-  parms.release();
-  metadata.release();
+  release_all(gcs, method, parms, metadata);
   return n.done(gt, end_index);
 }
 
@@ -138,7 +135,7 @@ int ko_wkt_verttran_to_str(const ko_verttran *vt, const char *authority, uint32_
   put_child(out, ko_wkt_vtmethod_to_str, ko_verttran_vtmethod(vt), authority, child);
   ko_parameter *parms[KO_PARM_COUNT];
   ko_verttran_parameters(vt, parms);
-  put_parameters(out, parms, authority, child);
+  put_parameters(out, parms, authority, child, ko_parameter_value_si);
   put_accuracy(out, ko_verttran_accuracy(vt), options);
   put_tail(out, vt, ko_verttran_metadata_vector(vt), authority, options);
   return out.finish();
@@ -148,8 +145,9 @@ int ko_wkt_verttran_to_str(const ko_verttran *vt, const char *authority, uint32_
 // PARAMETER..., OPERATIONACCURACY[metres]]: the horizontal system is
 // optional; errors 443, 444 and 445 without the first or second vertical
 // system or the method; 404, 418, 417 and 352 for a second horizontal
-// system, a third vertical one, a second method or accuracy.  Parameters
-// without unit are in metres and radians.
+// system, a third vertical one, a second method or accuracy.  Parameter
+// values are in metres and radians (as a vertical transformation counts
+// parameters without unit), and so they are written.
 ko_verttran *ko_wkt_verttran_from_tokens(const ko_wkt_tokens *tokens, const char *authority,
                                          int index, int *end_index, ko_err *err) {
   enum { kMethod, kAccuracy, kGeogcs, kProjcs, kVertcs, kParameter };
@@ -186,11 +184,7 @@ ko_verttran *ko_wkt_verttran_from_tokens(const ko_wkt_tokens *tokens, const char
                                       accuracy);
   });
   if (vt == nullptr) return nullptr;
-  horizontal.release();
-  for (auto &v : vertical) v.release();
-  method.release();
-  parms.release();
-  metadata.release();
+  release_all(horizontal, vertical, method, parms, metadata);
   return n.done(vt, end_index);
 }
 

@@ -64,12 +64,7 @@ TEST(Wkt1Projcs, ErrorsOfProjectedSystemsAndTransformations) {
       {geogtran(kGcs + "," + kGcs + "," + kMethod + "," + kShift + ",OPERATIONACCURACY[]"), 475},
       {geogtran(kGcs + "," + kGcs + "," + kMethod + "," + kShift + R"(,PARAMETER["False_Easting",1])"), 424},
   };
-  for (const auto &c : cases) {
-    auto r = read_text(c.text);
-    EXPECT_EQ(r.obj, nullptr) << c.text;
-    EXPECT_EQ(r.err.number, c.number) << c.text;
-    EXPECT_EQ(r.err.severity, KO_SEV_ERROR) << c.text;
-  }
+  for (const auto &c : cases) ko::test::expect_read_error(c.text, c.number);
 }
 
 TEST(Wkt1Projcs, ReadsAProjectedSystem) {

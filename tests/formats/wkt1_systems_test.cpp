@@ -71,12 +71,7 @@ TEST(Wkt1Systems, Errors) {
       {R"(EPOCH[soon])", 475},
       {R"(EPOCH[12345])", 355},
   };
-  for (const auto &c : cases) {
-    auto r = read_text(c.text);
-    EXPECT_EQ(r.obj, nullptr) << c.text;
-    EXPECT_EQ(r.err.number, c.number) << c.text;
-    EXPECT_EQ(r.err.severity, KO_SEV_ERROR) << c.text;
-  }
+  for (const auto &c : cases) ko::test::expect_read_error(c.text, c.number);
 }
 
 TEST(Wkt1Systems, ReadsVerticalSystems) {

@@ -35,6 +35,14 @@ inline Read read_text(const std::string &text, const char *authority = nullptr, 
   return r;
 }
 
+// A text that must not read, failing with an error of this number.
+inline void expect_read_error(const std::string &text, int number) {
+  Read r = read_text(text);
+  EXPECT_EQ(r.obj, nullptr) << text;
+  EXPECT_EQ(r.err.number, number) << text;
+  EXPECT_EQ(r.err.severity, KO_SEV_ERROR) << text;
+}
+
 // The whole text of an object (any length), or "<needed n>" when the
 // writer refused a buffer as large as it asked for.
 inline std::string write_text(const void *obj, uint32_t options = 0, const char *authority = nullptr) {

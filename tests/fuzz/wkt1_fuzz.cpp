@@ -33,12 +33,42 @@ std::string write(const void *obj, uint32_t options, const char *authority) {
   return buf.data();
 }
 
+// The keyword (and alternate) each reader searches the text for.
+struct Keyword {
+  uint32_t type;
+  const char *keyword;
+  const char *alt;
+};
+constexpr Keyword kKeywords[] = {
+    {KO_TYPE_GEOGCS, "GEOGCS", nullptr},       {KO_TYPE_PROJCS, "PROJCS", nullptr},
+    {KO_TYPE_VERTCS, "VERTCS", "VERT_CS"},     {KO_TYPE_GXYZCS, "GXYZCS", nullptr},
+    {KO_TYPE_HVCOORDSYS, "HVCOORDSYS", "COMPD_CS"}, {KO_TYPE_DATUM, "DATUM", nullptr},
+    {KO_TYPE_VDATUM, "VDATUM", "VERT_DATUM"},  {KO_TYPE_GEOGTRAN, "GEOGTRAN", nullptr},
+    {KO_TYPE_VERTTRAN, "VERTTRAN", nullptr},   {KO_TYPE_LINUNIT, "LINUNIT", "UNIT"},
+    {KO_TYPE_ANGUNIT, "ANGUNIT", "UNIT"},      {KO_TYPE_SCALEUNIT, "SCALEUNIT", "UNIT"},
+    {KO_TYPE_AREAUNIT, "AREAUNIT", nullptr},   {KO_TYPE_PRIMEM, "PRIMEM", nullptr},
+    {KO_TYPE_SPHEROID, "SPHEROID", "ELLIPSOID"}, {KO_TYPE_METHOD, "METHOD", nullptr},
+    {KO_TYPE_HTMETHOD, "HTMETHOD", nullptr},   {KO_TYPE_VTMETHOD, "VTMETHOD", nullptr},
+    {KO_TYPE_PROJECTION, "PROJECTION", nullptr}, {KO_TYPE_PARAMETER, "PARAMETER", nullptr},
+    {KO_TYPE_AUTHORITY, "AUTHORITY", "ID"},    {KO_TYPE_DISPNAME, "DISPNAME", nullptr},
+    {KO_TYPE_METADATA, "METADATA", nullptr},   {KO_TYPE_EPOCH, "EPOCH", nullptr},
+    {KO_TYPE_ARRAY, "ARRAY", nullptr},         {KO_TYPE_ADJHCS, "ADJHCS", nullptr},
+};
+
 // The writers put names between double quotes as they are, so a name read
 // with a double quote in it (from single quotes or a doubled quote) makes
-// text that does not read back.
-bool has_quoted_quote(const std::string &text) {
+// text that does not read back.  The text is split as the reader of the
+// object's type split it (a generic unit is read as UNIT).
+bool has_quoted_quote(const std::string &text, uint32_t type) {
+  const char *keyword = "UNIT";
+  const char *alt = nullptr;
+  for (const Keyword &k : kKeywords)
+    if (k.type == type) {
+      keyword = k.keyword;
+      alt = k.alt;
+    }
   static ko_wkt_tokens tokens;
-  if (ko_wkt_str_to_tokens(&tokens, text.c_str(), nullptr, nullptr) != 0) return true;
+  if (ko_wkt_str_to_tokens(&tokens, text.c_str(), keyword, alt) != 0) return true;
   for (int i = 0; i < tokens.count; ++i)
     if ((tokens.tokens[i].flags & KO_WKT_TOKEN_QUOTED) != 0 && std::strchr(tokens.tokens[i].text, '"') != nullptr)
       return true;
@@ -58,7 +88,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size) {
     if (err.severity != KO_SEV_ERROR) std::abort();  // a failed read always says why
     return 0;
   }
-  const bool must_read_back = !has_quoted_quote(text);
+  const bool must_read_back = !has_quoted_quote(text, ko_object_type(obj));
   for (uint32_t options : kOptions) {
     std::string written = write(obj, options, authority);
     if (written.empty()) continue;  // hidden objects write nothing by default
