@@ -1186,6 +1186,148 @@ KO_API double ko_ellint3(double n, double m);
  * Projected systems, conversions, point conversion
  * ====================================================================== */
 
+/* Conversion (type KO_TYPE_CONVERSION): a projection and its parameters, one
+ * per slot of the 24-slot parameter array (slot i holds the parameter whose
+ * list index is i, or null).  The constructors take ownership of the
+ * projection and of the parameters (the array itself stays the caller's)
+ * on success only.  In order: a name beyond 79 characters is warning 354
+ * (null counts as empty); a projection that is not live is error 328; a
+ * null array error 330; the parameters must pass ko_projection_valid (its
+ * reports, e.g. 347 for a missing parameter); error 1 when memory runs
+ * out.  The short forms name the conversion after its projection. */
+KO_API ko_conversion *ko_conversion_ext_new_errext(const char *name, ko_projection *projection,
+                                                   ko_parameter **parms, ko_err *err);
+KO_API ko_conversion *ko_conversion_ext_new(const char *name, ko_projection *projection,
+                                            ko_parameter **parms);
+KO_API ko_conversion *ko_conversion_new_errext(ko_projection *projection, ko_parameter **parms,
+                                               ko_err *err);
+KO_API ko_conversion *ko_conversion_new(ko_projection *projection, ko_parameter **parms);
+KO_API int ko_conversion_p(const void *obj);
+KO_API ko_conversion *ko_conversion_clone(const ko_conversion *c);
+KO_API ko_conversion *ko_conversion_del(ko_conversion *c);
+/* Names equal by ko_strcmp_ci, projections by ko_projection_eq, and slot
+ * by slot parameters both absent or equal by ko_parameter_eq. */
+KO_API int ko_conversion_eq(const ko_conversion *a, const ko_conversion *b);
+/* Fills the 24-slot parameter array (metres, radians, ratios): each slot
+ * from its parameter's ko_parameter_value_si (0.0 when empty), then the
+ * projection's parameter function, then 1.0 in an empty scale-factor slot
+ * (5), then an empty slot 4 takes slot 3 and an empty slot 3 with slot 4
+ * present takes slot 4.  Returns 1, or 0 (out untouched) for no
+ * conversion or a null array. */
+KO_API int ko_conversion_parm_array(const ko_conversion *c, double *out);
+KO_API ko_projection *ko_conversion_method(const ko_conversion *c);
+/* Takes the new projection (a live one; anything else is ignored and stays
+ * the caller's) and deletes the old. */
+KO_API void ko_conversion_method_set(ko_conversion *c, ko_projection *projection);
+/* The conversion's own array of KO_PARM_COUNT parameter pointers
+ * (borrowed), or null. */
+KO_API ko_parameter **ko_conversion_parameters_ptr(const ko_conversion *c);
+KO_API extern const ko_objvec ko_conversion_objvec;
+KO_DECLARE_OBJECT_FORWARDS(conversion, ko_conversion)
+
+/* Projected coordinate system (type KO_TYPE_PROJCS): a geographic system
+ * and a conversion (both owned), 2 or 3 axes, a linear unit, metadata and
+ * remark, and the projection constants loaded on first use.
+ *
+ * ko_projcs_ext_new_errext checks, in order (errors of severity 4, category
+ * 8, result null): a name beyond 79 characters (warning 354, construction
+ * goes on); a live geographic system (331); a live conversion (328); a
+ * dimension of 2 or 3 and not above the geographic system's (488); the axes
+ * by ko_axis_check_order for a projected system (its number); a unit
+ * argument that is not a linear unit (323); the units (477 "Mismatched
+ * units": the given unit, the first axis's and, in three dimensions, the
+ * third axis's must agree where present, and the geographic system's
+ * vertical unit must agree with the system's); error 1 when memory runs out.
+ * The system then keeps one linear unit (the given one, else a clone of
+ * the axes' unit, else a new "Meter") and the axes' units are cleared --
+ * except in three dimensions with axes of different units and no unit
+ * given, where the axes keep theirs.  Finally ko_projcs_parameters_fix and
+ * ko_projcs_special_cases run on the new system.  On failure the caller
+ * keeps every argument, unchanged.  The short forms pass dimension 2 and no
+ * axes, metadata or remark. */
+KO_API ko_projcs *ko_projcs_ext_new_errext(const char *name, ko_geogcs *geogcs,
+                                           ko_conversion *conversion, int dimension,
+                                           ko_axis **axes, ko_linunit *unit,
+                                           ko_metadata **metadata, ko_remark *remark,
+                                           ko_err *err);
+KO_API ko_projcs *ko_projcs_ext_new(const char *name, ko_geogcs *geogcs,
+                                    ko_conversion *conversion, int dimension, ko_axis **axes,
+                                    ko_linunit *unit, ko_metadata **metadata, ko_remark *remark);
+KO_API ko_projcs *ko_projcs_new_errext(const char *name, ko_geogcs *geogcs,
+                                       ko_conversion *conversion, ko_linunit *unit, ko_err *err);
+KO_API ko_projcs *ko_projcs_new(const char *name, ko_geogcs *geogcs, ko_conversion *conversion,
+                                ko_linunit *unit);
+KO_API int ko_projcs_p(const void *obj);
+KO_API ko_projcs *ko_projcs_clone(const ko_projcs *p);
+/* Unloads the constants, then deletes the system with all it owns. */
+KO_API ko_projcs *ko_projcs_del(ko_projcs *p);
+/* Names equal by ko_strcmp_ci, then ko_projcs_eqnn. */
+KO_API int ko_projcs_eq(const ko_projcs *a, const ko_projcs *b);
+/* Equality without the systems' own names: geographic systems as
+ * ko_geogcs_eq compares them but for their names, conversions as
+ * ko_conversion_eq but for their names, dimensions, and the linear units
+ * (ko_projcs_unit and ko_projcs_vert_unit). */
+KO_API int ko_projcs_eqnn(const ko_projcs *a, const ko_projcs *b);
+KO_API ko_geogcs *ko_projcs_geogcs(const ko_projcs *p);
+KO_API ko_conversion *ko_projcs_conversion(const ko_projcs *p);
+KO_API ko_projection *ko_projcs_projection(const ko_projcs *p);
+/* The unit field (null when the axes carry the units). */
+KO_API ko_linunit *ko_projcs_linunit(const ko_projcs *p);
+/* The first axis's unit when it has one, else the unit field. */
+KO_API ko_linunit *ko_projcs_unit(const ko_projcs *p);
+/* In three dimensions the third axis's unit when it has one, else the unit
+ * field; null in two dimensions. */
+KO_API ko_linunit *ko_projcs_vert_unit(const ko_projcs *p);
+KO_API int ko_projcs_dimension(const ko_projcs *p);
+KO_API ko_axis *ko_projcs_axis(const ko_projcs *p, int index);  /* 0-based */
+KO_API ko_metadata **ko_projcs_metadata_vector(const ko_projcs *p);
+KO_API ko_remark *ko_projcs_remark(const ko_projcs *p);
+KO_API ko_constants *ko_projcs_constants(const ko_projcs *p);
+/* ko_conversion_parm_array of the system's conversion. */
+KO_API int ko_projcs_parm_array(const ko_projcs *p, double *out);
+/* Gives every parameter of the conversion a unit and a default factor so
+ * that ko_parameter_value_si reads it in base units and ko_parameter_value
+ * in the system's own units: an angular parameter without unit takes a
+ * clone of the geographic system's angular unit (its values are read in
+ * that unit, as in WKT1), a linear one a clone of the system's linear unit,
+ * a scale one "Unity"; the default factor becomes the factor of the
+ * geographic system's angular unit, of the system's linear unit, or 1.0.
+ * Parameters that have a unit keep it; plain numbers are left alone.
+ * Returns 1, or 0 when memory ran out (nothing is changed then) or p is not
+ * a projected system. */
+KO_API int ko_projcs_parameters_fix(ko_projcs *p);
+/* Hotine_Oblique_Mercator_Azimuth_Center (43037) with an XY_Plane_Rotation
+ * (slot 14) is Rectified_Skew_Orthomorphic_Center (43054): the projection
+ * is replaced and the old one deleted.  Returns 1, or 0 when memory ran out
+ * (nothing is changed) or p is not a projected system. */
+KO_API int ko_projcs_special_cases(ko_projcs *p);
+KO_API extern const ko_objvec ko_projcs_objvec;
+KO_DECLARE_OBJECT_FORWARDS(projcs, ko_projcs)
+
+/* Projection constants of a projected system, loaded on the first point
+ * conversion and kept until unloaded or deleted.  ko_projcs_load_constants
+ * returns 1 when the constants are loaded or the projection needs none,
+ * 0 for no projected system or when loading failed (a failure is kept and
+ * not retried until ko_projcs_unload_constants). */
+KO_API int ko_projcs_load_constants(ko_projcs *p);
+KO_API void ko_projcs_unload_constants(ko_projcs *p);
+
+/* Point conversion between a projected system and its own geographic
+ * system.  coords holds n (x, y) or (longitude, latitude) pairs, converted
+ * in place; longitudes and latitudes are in the geographic system's
+ * angular unit and relative to its prime meridian, x and y in the projected
+ * system's linear unit, false origins included.  Latitudes beyond the poles
+ * are clamped to them.  The result is the projection's count of converted
+ * points; -1 for no projected system, null coords or negative n; 0 when
+ * the projection has no function for the direction.  n = 0 asks the
+ * projection whether it can run (the array is not touched).  After a failed
+ * call (result below 1) the points are back in the caller's units. */
+KO_API int ko_geog_to_proj(ko_projcs *p, int n, double *coords);
+KO_API int ko_proj_to_geog(ko_projcs *p, int n, double *coords);
+/* As ko_proj_to_geog, with the longitudes put into the range 360 degrees
+ * wide (in the angular unit's measure) centred on center. */
+KO_API int ko_proj_to_geog_center(ko_projcs *p, int n, double *coords, double center);
+
 /* ======================================================================
  * Compiled-in catalogue
  * ====================================================================== */
@@ -1623,9 +1765,489 @@ KO_API int ko_db_builtin_obj_copy(uint32_t type, const void *record, ko_db_rec *
  * Factory
  * ====================================================================== */
 
+/* Objects of the compiled-in catalogue, built from their code or name.
+ *
+ * By code: a code that the catalogue's code-change table has replaced
+ * builds the replacing object, which reports the new code as its code and
+ * the requested one as its original code (ko_object_get_orig_code) and has
+ * the status bit KO_STATUS_CODECHANGE.  By name: the name hash, the names
+ * compared the library's way (ko_strcmp_ci), then the synonyms of every
+ * authority ("WGS 84", "metre", "Transverse_Mercator" ...), then, for datums
+ * and geographic systems, the name with "D_" or "GCS_" put in front; a name
+ * finds the object it names even when that object was replaced.
+ *
+ * Every object made has status KO_STATUS_CODE (from a code) or
+ * KO_STATUS_STRING (from a name), its record's code as internal and
+ * external code, the authority name and version of its record ("EPSG" and
+ * the dataset version, or "KO" and "1" for the library's own objects), its
+ * name, and for units and the method-like lists (projections, parameters,
+ * methods) the display name the catalogue has.  A deprecated object adds
+ * the status bits of its deprecated flags: flag 1 KO_STATUS_DISCONTINUED,
+ * 2 KO_STATUS_DEAD, 4 KO_STATUS_DONOTUSE (the catalogue marks EPSG's
+ * deprecations with flag 1; an object marked do-not-use is not built).
+ * The parts of an object (a geographic system's datum, prime meridian and
+ * unit, a datum's spheroid, a projected system's geographic system,
+ * projection, parameters and unit ...) are built from the codes in its
+ * record in the same way, each with its own header fields; geographic and
+ * projected systems carry their area of use as metadata (see
+ * ko_factory_extent_from_code).
+ *
+ * Reports (severity 4, source the _errext function called, message the
+ * code or the name):
+ *   505 (category 32) a code below 1;
+ *   223 (category 2) a code the catalogue has for another type only;
+ *   the type's number (category 2) for a code the catalogue lacks: 203
+ *     geogcs, 204 projcs, 205 vertcs, 206 datum, 207 vdatum, 208 hvdatum,
+ *     209 geogtran, 210 unit, scaleunit and areaunit, 211 angunit, 212
+ *     linunit, 213 primem, 214 spheroid, 215 method, 216 htmethod, 217
+ *     projection, 218 parameter, 219 coordsys, 222 vtmethod; for the types
+ *     without a number of their own 201 when the code lies outside the
+ *     type's codes, else 202;
+ *   509 (category 32) a code marked do-not-use;
+ *   132 (category 2) a name found nowhere (also for null or "");
+ *   131 (category 4) a record naming a part the catalogue lacks;
+ *   1 (category 1) out of memory.
+ * Nothing is left behind when a call fails. */
+#define KO_DECLARE_FACTORY(prefix, T)                                                 \
+  KO_API T *ko_factory_##prefix##_from_code_errext(int32_t code, ko_err *err);        \
+  KO_API T *ko_factory_##prefix##_from_code(int32_t code);                            \
+  KO_API T *ko_factory_##prefix##_from_name_errext(const char *name, ko_err *err);    \
+  KO_API T *ko_factory_##prefix##_from_name(const char *name);
+KO_DECLARE_FACTORY(linunit, ko_linunit)
+KO_DECLARE_FACTORY(angunit, ko_angunit)
+KO_DECLARE_FACTORY(scaleunit, ko_scaleunit)
+KO_DECLARE_FACTORY(areaunit, ko_areaunit)
+/* Whichever linear, angular or scale unit has the code or name. */
+KO_DECLARE_FACTORY(unit, ko_unit)
+KO_DECLARE_FACTORY(spheroid, ko_spheroid)
+KO_DECLARE_FACTORY(primem, ko_primem)
+/* A datum with a reference epoch is dynamic (ko_datum_get_dynamic): the
+ * frame name is EPSG's name of the datum. */
+KO_DECLARE_FACTORY(datum, ko_datum)
+/* 2D systems keep their angular unit; 3D systems (an ellipsoidal height
+ * axis in EPSG's coordinate system) have three axes: longitude and
+ * latitude in the angular unit, ellipsoidal height in "Meter"
+ * (ko_geogcs_vert_unit). */
+KO_DECLARE_FACTORY(geogcs, ko_geogcs)
+KO_DECLARE_FACTORY(projection, ko_projection)
+/* A parameter on its own holds the list's default; angles carry the unit
+ * "Degree" (ko_parameter_value in degrees). */
+KO_DECLARE_FACTORY(parameter, ko_parameter)
+/* The conversion is named after its projection; the parameters sit in the
+ * slots of their codes with the system's units (angles in the geographic
+ * system's angular unit, lengths in the system's linear unit, scales
+ * "Unity"), as ko_projcs_parameters_fix gives them. */
+KO_DECLARE_FACTORY(projcs, ko_projcs)
+KO_DECLARE_FACTORY(method, ko_method)
+/* With its method, parameters (translations in "Meter", rotations in
+ * "Arcsecond", scale differences in "Parts_Per_Million", a grid as the
+ * parameter "Dataset_<file>"), accuracy, EPSG's remarks as remark, the
+ * record's version as operation version and its area of use as metadata. */
+KO_DECLARE_FACTORY(geogtran, ko_geogtran)
+
+/* An area of use as a metadata object: the area's name (cut to 79 bytes),
+ * its longitude/latitude box and its code as area code and object code.
+ * Unknown codes are error 131 (category 2), unknown names 132. */
+KO_DECLARE_FACTORY(extent, ko_metadata)
+
+/* Any type by its code (KO_TYPE_*, including KO_TYPE_COORDSYS,
+ * KO_TYPE_HVDATUM, KO_TYPE_TRANSFORM, KO_TYPE_UNIT and KO_TYPE_EXTENT),
+ * dispatched to the type's function above; err may be null.  A type the
+ * factory does not build is error 521 (category 32). */
+KO_API void *ko_factory_object_from_code(uint32_t type, int32_t code, ko_err *err);
+KO_API void *ko_factory_object_from_name(uint32_t type, const char *name, ko_err *err);
+
+/* Listing.  ko_factory_count: the catalogue objects of a type (a composite
+ * type counts its members; KO_TYPE_EXTENT the areas of use), -1 for a type
+ * the factory does not know.  ko_factory_code_at: the code at index in
+ * ascending code order (0 <= index < count), 0 outside.
+ * ko_factory_codes_in_extent: the codes, in ascending order, of the
+ * objects whose area of use holds the point (degrees; longitudes are taken
+ * modulo 360), deprecated ones included; at most max are written to out,
+ * and the result is how many there are, or -1 for a type without areas of
+ * use, a non-finite point, max below 0 or a null out with max above 0. */
+KO_API int ko_factory_count(uint32_t type);
+KO_API int32_t ko_factory_code_at(uint32_t type, int index);
+KO_API int ko_factory_codes_in_extent(uint32_t type, double lon, double lat, int32_t *out,
+                                      int max);
+
+/* The catalogue's geographic transformations between two geographic
+ * systems (codes as the factory takes them, code changes followed), in
+ * either direction, whose area of use holds the point (degrees; a
+ * non-finite longitude or latitude accepts every area).  Deprecated ones
+ * are left out.  Ranked: known accuracy first, the most accurate first;
+ * then the smaller area of use (the more specific); then the lower code.
+ * At most max are written to out; the result is how many there are (0 for
+ * unknown or equal systems), -1 for max below 0 or a null out with max
+ * above 0. */
+typedef struct ko_factory_candidate {
+  int32_t code;       /* the transformation */
+  int32_t direction;  /* 0: as stored (gcs1 is its GCS 1); 1: run inverse */
+  double accuracy;    /* metres; 999.0 unknown */
+} ko_factory_candidate;
+KO_API int ko_factory_geogtran_candidates(int32_t gcs1, int32_t gcs2, double lon, double lat,
+                                          ko_factory_candidate *out, int max);
+/* A composite transformation (see ko_gtlist_entry) from gcs1 to gcs2 at the
+ * point: the best-ranked candidate that builds and whose grid, if it needs
+ * one, can be read (ko_geogtran_usable; the first 32 candidates are
+ * tried).  Without one, two steps through WGS 84 (4326): the best usable
+ * transformation gcs1 to WGS 84, then WGS 84 to gcs2, each chosen alone.
+ * One system to itself gives one step by the "Null" method.  The entry's
+ * rank is its number of steps, rank_primary the sum of the steps'
+ * accuracies in millimetres (999 m counted for an unknown one),
+ * rank_secondary the first step's code.  Unknown systems are error 203, no
+ * path error 225 (message "<gcs1> to <gcs2>"); delete the entry with
+ * ko_gtlist_entry_del. */
+KO_API struct ko_gtlist_entry *ko_factory_gtlist_best(int32_t gcs1, int32_t gcs2, double lon,
+                                                      double lat, ko_err *err);
+
 /* ======================================================================
  * Geographic transformations and methods
  * ====================================================================== */
+
+/* Codes of the builtin transformation methods. */
+#define KO_METHOD_LONGITUDE_ROTATION 9601
+#define KO_METHOD_GEOCENTRIC_TRANSLATION 9603
+#define KO_METHOD_MOLODENSKY 9604
+#define KO_METHOD_MOLODENSKY_ABRIDGED 9605
+#define KO_METHOD_POSITION_VECTOR 9606
+#define KO_METHOD_COORDINATE_FRAME 9607
+#define KO_METHOD_NADCON 9613
+#define KO_METHOD_NTV2 9615
+#define KO_METHOD_GEOGRAPHIC_2D_OFFSET 9619
+#define KO_METHOD_MOLODENSKY_BADEKAS 9636
+#define KO_METHOD_NULL 109600
+#define KO_METHOD_UNIT_CHANGE 109601
+#define KO_METHOD_BURSA_WOLF 109607
+#define KO_METHOD_HARN 109613
+#define KO_METHOD_GEOCON 109614
+#define KO_METHOD_NADCON5 109615
+#define KO_METHOD_TIME_BASED_HELMERT_POSITION_VECTOR 109616
+#define KO_METHOD_TIME_BASED_HELMERT_COORDINATE_FRAME 109617
+
+/* The flag word of a method vector.  Its low byte is the return type:
+ * ordinary (GCS 1 to GCS 2), time-based (the coordinate epoch comes through
+ * the frame's extra pointer, see ko_geog_to_geog_ext) or working inside one
+ * GCS (both sides are GCS 1).  A method is time-based when the return type
+ * has bit 1 or bit 2 set. */
+#define KO_MTH_RTN_MASK 0xFFu
+#define KO_MTH_RTN_ORDINARY 1u
+#define KO_MTH_RTN_TIME_BASED 2u
+#define KO_MTH_RTN_ONE_GCS 4u
+#define KO_MTH_NEEDS_FILE 0x100u    /* reads a grid file named by Dataset_ */
+#define KO_MTH_HEIGHT_AWARE 0x400u  /* transforms ellipsoidal heights */
+#define KO_MTH_IS_NO_OP 0x1000u     /* the frame's unit and meridian handling is all */
+
+/* Interpolation of a method's grid (ko_geogtran_method_interp_type). */
+#define KO_INTERP_NONE 0
+#define KO_INTERP_BILINEAR 1
+
+/* Function slots of a method vector.
+ *  forward / inverse: gt the transformation; parms its 24 parameter values
+ *    in metres, radians and ratios (by slot); extra the caller's opaque
+ *    pointer; coord n (longitude, latitude) pairs in radians from
+ *    Greenwich; z n ellipsoidal heights in metres or null.  Converted in
+ *    place; returns the points converted (a point the method cannot convert
+ *    is left as it was and not counted).
+ *  constfunc: fills a new constants record from the 24 parameter objects;
+ *    flag 1 asks for the whole grid, extent (degrees, may be null) limits
+ *    what a grid loader reads.  1 loaded; 0 not now (tried again later);
+ *    negative final until the constants are unloaded.
+ *  unloadfunc: releases what constfunc left in the record's data.
+ *  dfltsfunc: fills empty slots with the method's parameters at their
+ *    defaults; the number made, or -1 when memory ran out.
+ *  validfunc: 1 when the parameters suit the method, else 0 with the
+ *    reasons in err (source: the transformation's name).
+ *  usablefunc: 1 when the grid named by a Dataset_ parameter can be read.
+ *  filefunc: the full paths of that grid's files, one per line, into buf
+ *    (size bytes); the number of files, 0 for none, -1 when buf is small.
+ *  interpfunc: the KO_INTERP_* of the method's grid. */
+typedef int32_t (*ko_mth_fn)(const ko_geogtran *gt, const double *parms, void *extra,
+                             int32_t n, double *coord, double *z);
+typedef int (*ko_mth_constfunc)(ko_constants *constants, ko_parameter *const *parms, int flag,
+                                const ko_gcs_extent *extent);
+typedef void (*ko_mth_unloadfunc)(ko_constants *constants);
+typedef int (*ko_mth_dfltsfunc)(ko_parameter **parms);
+typedef int (*ko_mth_validfunc)(ko_parameter *const *parms, const char *name, ko_err *err);
+typedef int (*ko_mth_usablefunc)(const char *dataset_name);
+typedef int (*ko_mth_filefunc)(const char *dataset_name, char *buf, int size);
+typedef int (*ko_mth_interpfunc)(ko_parameter *const *parms);
+
+/* A method vector: eleven 8-byte slots, the first holding the code and the
+ * flag word.  Empty slots are null. */
+typedef struct ko_methlist_entry {
+  int32_t code;
+  uint32_t flags;
+  const char *name;
+  ko_mth_fn forward;
+  ko_mth_fn inverse;
+  ko_mth_constfunc constfunc;
+  ko_mth_unloadfunc unloadfunc;
+  ko_mth_dfltsfunc dfltsfunc;
+  ko_mth_validfunc validfunc;
+  ko_mth_usablefunc usablefunc;
+  ko_mth_filefunc filefunc;
+  ko_mth_interpfunc interpfunc;
+} ko_methlist_entry;
+
+KO_API extern const ko_methlist_entry ko_mth_bursa_wolf_vector;
+KO_API extern const ko_methlist_entry ko_mth_coordinate_frame_vector;
+KO_API extern const ko_methlist_entry ko_mth_geocon_vector;
+KO_API extern const ko_methlist_entry ko_mth_geocentric_translation_vector;
+KO_API extern const ko_methlist_entry ko_mth_geographic_2d_offset_vector;
+KO_API extern const ko_methlist_entry ko_mth_harn_vector;
+KO_API extern const ko_methlist_entry ko_mth_longitude_rotation_vector;
+KO_API extern const ko_methlist_entry ko_mth_molodensky_vector;
+KO_API extern const ko_methlist_entry ko_mth_molodensky_abridged_vector;
+KO_API extern const ko_methlist_entry ko_mth_molodensky_badekas_vector;
+KO_API extern const ko_methlist_entry ko_mth_nadcon_vector;
+KO_API extern const ko_methlist_entry ko_mth_nadcon5_vector;
+KO_API extern const ko_methlist_entry ko_mth_ntv2_vector;
+KO_API extern const ko_methlist_entry ko_mth_null_vector;
+KO_API extern const ko_methlist_entry ko_mth_position_vector_vector;
+KO_API extern const ko_methlist_entry ko_mth_time_based_helmert_coordinate_frame_vector;
+KO_API extern const ko_methlist_entry ko_mth_time_based_helmert_position_vector_vector;
+KO_API extern const ko_methlist_entry ko_mth_unit_change_vector;
+
+/* The method list: the 18 vectors above in this order, then null. */
+KO_API extern const ko_methlist_entry *const ko_methlist_tbl[];
+KO_API extern const int ko_methlist_tbl_cnt;
+
+/* By code (null for codes below 1 and unknown codes); by name, mapped
+ * through the method synonyms first and compared ignoring case; by index
+ * (0 <= i < count). */
+KO_API const ko_methlist_entry *ko_methlist_from_code(int32_t code);
+KO_API const ko_methlist_entry *ko_methlist_from_name(const char *name);
+KO_API const ko_methlist_entry *ko_methlist_from_indx(int i);
+KO_API int ko_methlist_count(void);
+/* A new method object: from a code (status KO_STATUS_CODE; an unknown code
+ * is error 215) or a name (status KO_STATUS_STRING; an unknown name is
+ * error 305). */
+KO_API ko_method *ko_methlist_method_from_code(int32_t code, ko_err *err);
+KO_API ko_method *ko_methlist_method_from_name(const char *name, ko_err *err);
+/* The slots and flags of an entry; 0 or null for a null entry. */
+KO_API int32_t ko_methlist_get_code(const ko_methlist_entry *e);
+KO_API uint32_t ko_methlist_get_flags(const ko_methlist_entry *e);
+KO_API const char *ko_methlist_get_name(const ko_methlist_entry *e);
+KO_API ko_mth_fn ko_methlist_get_forward(const ko_methlist_entry *e);
+KO_API ko_mth_fn ko_methlist_get_inverse(const ko_methlist_entry *e);
+KO_API ko_mth_constfunc ko_methlist_get_constfunc(const ko_methlist_entry *e);
+KO_API ko_mth_unloadfunc ko_methlist_get_unloadfunc(const ko_methlist_entry *e);
+KO_API ko_mth_dfltsfunc ko_methlist_get_dfltsfunc(const ko_methlist_entry *e);
+KO_API ko_mth_validfunc ko_methlist_get_validfunc(const ko_methlist_entry *e);
+KO_API ko_mth_usablefunc ko_methlist_get_usablefunc(const ko_methlist_entry *e);
+KO_API ko_mth_filefunc ko_methlist_get_filefunc(const ko_methlist_entry *e);
+KO_API ko_mth_interpfunc ko_methlist_get_interpfunc(const ko_methlist_entry *e);
+KO_API int ko_methlist_get_rtn_type(const ko_methlist_entry *e);
+KO_API int ko_methlist_get_needs_file(const ko_methlist_entry *e);
+KO_API int ko_methlist_get_height_aware(const ko_methlist_entry *e);
+KO_API int ko_methlist_get_is_no_op(const ko_methlist_entry *e);
+KO_API int ko_methlist_get_time_based(const ko_methlist_entry *e);
+
+/* Method object: a named header whose internal and external codes are the
+ * method's code.  Its slot getters look the entry up again by that code.
+ * ko_method_new_errext: an unknown name is warning 305 and no object. */
+KO_API ko_method *ko_method_new_errext(const char *name, ko_err *err);
+KO_API ko_method *ko_method_new(const char *name);
+KO_API ko_method *ko_method_new_methlist(const ko_methlist_entry *entry, ko_err *err);
+KO_API int ko_method_p(const void *obj);
+KO_API ko_method *ko_method_clone(const ko_method *m);
+KO_API ko_method *ko_method_del(ko_method *m);
+/* Equal when both are methods of the same code. */
+KO_API int ko_method_eq(const ko_method *a, const ko_method *b);
+KO_API ko_mth_fn ko_method_forward(const ko_method *m);
+KO_API ko_mth_fn ko_method_inverse(const ko_method *m);
+KO_API ko_mth_constfunc ko_method_constfunc(const ko_method *m);
+KO_API ko_mth_unloadfunc ko_method_unloadfunc(const ko_method *m);
+KO_API ko_mth_interpfunc ko_method_interpfunc(const ko_method *m);
+KO_API int ko_method_rtn_type(const ko_method *m);
+KO_API int ko_method_height_aware(const ko_method *m);
+KO_API int ko_method_needs_file(const ko_method *m);
+/* Sets all 24 slots of parms to null (without deleting what they held),
+ * then lets the method fill in its parameters at their defaults; returns
+ * what the defaults function returns, 0 when there is none. */
+KO_API int ko_method_defaults(const ko_method *m, ko_parameter **parms);
+/* The method's file names for a Dataset_ name (see the filefunc slot); 0
+ * when the method has no file function. */
+KO_API int ko_method_filenames(const ko_method *m, const char *dataset_name, char *buf,
+                               int size);
+/* 1 when the 24 parameters suit the method of this code.  Null parms:
+ * error 330; code 0 or below: valid unchecked; unknown code: error 350;
+ * else the method's own check (source: name).  Clears err first. */
+KO_API int ko_method_valid(ko_parameter *const *parms, const char *name, int32_t code,
+                           ko_err *err);
+KO_API extern const ko_objvec ko_method_objvec;
+KO_DECLARE_OBJECT_FORWARDS(method, ko_method)
+
+/* Geographic transformation: GCS 1, GCS 2 (null: GCS 1 stands for it),
+ * method, 24 parameter slots (by parameter-list index), metadata, remark,
+ * operation version, accuracy in metres (999.0 unknown) and the lazily
+ * loaded method constants (grids).  The constructors take ownership of
+ * every object handed to them on success (each object at most once; the
+ * same GCS as both sides is kept once); the parameter array itself stays
+ * the caller's, and a slot that holds no live parameter counts as empty.
+ * On failure the caller keeps everything, unchanged.  In order: name
+ * longer than 79 characters warning 354; not a method 335; GCS 1 not a GCS
+ * 332; GCS 2 not a GCS 333 (unless the method works inside one GCS); null
+ * parameter array 330; the parameters' units are fixed
+ * (ko_geogtran_parameters_fix), so that the method's validity check reads
+ * unitless values in those units; the validity check; memory 1. */
+#define KO_OPVERSION_SIZE 80
+KO_API ko_geogtran *ko_geogtran_ext_new_errext(const char *name, ko_geogcs *gcs1,
+                                               ko_geogcs *gcs2, ko_method *method,
+                                               ko_parameter **parms, ko_metadata **metadata,
+                                               ko_remark *remark, ko_err *err,
+                                               double accuracy);
+KO_API ko_geogtran *ko_geogtran_ext_new(const char *name, ko_geogcs *gcs1, ko_geogcs *gcs2,
+                                        ko_method *method, ko_parameter **parms,
+                                        ko_metadata **metadata, ko_remark *remark,
+                                        double accuracy);
+KO_API ko_geogtran *ko_geogtran_new_errext(const char *name, ko_geogcs *gcs1, ko_geogcs *gcs2,
+                                           ko_method *method, ko_parameter **parms,
+                                           ko_err *err);
+KO_API ko_geogtran *ko_geogtran_new(const char *name, ko_geogcs *gcs1, ko_geogcs *gcs2,
+                                    ko_method *method, ko_parameter **parms);
+/* Gives every transformation parameter of the 24 slots its unit and default
+ * factor by unit type: lengths "Meter" (1.0), scales "Parts_Per_Million"
+ * (1e-6), unitless "Unity" (1.0), angles "Arcsecond"; a unit already there
+ * is kept.  A unitless value is thus read in that unit.  1, or 0 when
+ * memory ran out (nothing changed). */
+KO_API int ko_geogtran_parameters_fix(ko_parameter **parms);
+KO_API int ko_geogtran_p(const void *obj);
+KO_API ko_geogtran *ko_geogtran_clone(const ko_geogtran *gt);
+KO_API ko_geogtran *ko_geogtran_del(ko_geogtran *gt);
+/* Both transformations; each slot holding a parameter on either side equal
+ * by ko_parameter_eq; names equal ignoring case; GCS 1 equal; GCS 2 equal
+ * when both have one; methods equal. */
+KO_API int ko_geogtran_eq(const ko_geogtran *a, const ko_geogtran *b);
+KO_API ko_geogcs *ko_geogtran_geogcs1(const ko_geogtran *gt);
+KO_API ko_geogcs *ko_geogtran_geogcs2(const ko_geogtran *gt);  /* GCS 1 when none */
+KO_API ko_method *ko_geogtran_method(const ko_geogtran *gt);
+/* The 24 slots themselves.  Loaded constants are built from the parameters
+ * and are not rebuilt when a parameter changes: unload them after a change. */
+KO_API ko_parameter **ko_geogtran_parameters_ptr(ko_geogtran *gt);
+/* Copies the 24 (borrowed) pointers into out; all null for no transformation. */
+KO_API void ko_geogtran_parameters(const ko_geogtran *gt, ko_parameter **out);
+/* Each slot's value in base units (ko_parameter_value_si), 0 when empty. */
+KO_API void ko_geogtran_parm_array(ko_parameter *const *parms, double *out);
+KO_API double ko_geogtran_accuracy(const ko_geogtran *gt);
+KO_API void ko_geogtran_set_opversion(ko_geogtran *gt, const char *version);
+KO_API char *ko_geogtran_get_opversion(const ko_geogtran *gt, char *buf); /* 80 bytes */
+KO_API ko_metadata *ko_geogtran_metadata(const ko_geogtran *gt);
+KO_API ko_metadata **ko_geogtran_metadata_vector(const ko_geogtran *gt);
+/* Replaces the metadata vector; a non-null md (owned from now on) becomes
+ * its only element.  0 when memory ran out (md stays the caller's). */
+KO_API int ko_geogtran_metadata_set(ko_geogtran *gt, ko_metadata *md);
+KO_API ko_remark *ko_geogtran_remark(const ko_geogtran *gt);
+KO_API int ko_geogtran_transforms_heights(const ko_geogtran *gt);
+KO_API int ko_geogtran_needs_file(const ko_geogtran *gt);
+KO_API int ko_geogtran_method_rtn_type(const ko_geogtran *gt);
+/* KO_INTERP_* of the method's grid; KO_INTERP_NONE without a grid. */
+KO_API int ko_geogtran_method_interp_type(const ko_geogtran *gt);
+/* The files of the transformation's grid (see the filefunc slot); 0 when
+ * the method reads none. */
+KO_API int ko_geogtran_filenames(const ko_geogtran *gt, char *buf, int size);
+/* 1 when the method has no usability check, else the check's answer for
+ * the Dataset_ parameter's name.  0 for no transformation. */
+KO_API int ko_geogtran_usable(const ko_geogtran *gt);
+
+/* Method constants.  Status: 0 not loaded, 1 loaded, 2 the method needs
+ * none, negative a failure that stands until unloaded (-1 when the record
+ * could not be allocated; else what the method's loader returned).
+ * load_constants_with_extent: 1 when constants are loaded or not needed,
+ * else 0; flag and extent are handed to the loader.  load_constants is
+ * the same with flag 1 and no extent.  A failure that stands is reported
+ * once to the message callback and the log (source
+ * "ko_geogtran_load_constants_with_extent"): error 356 with the message
+ * "<name>: cannot read grid <files>" for a grid method, error 1 when memory
+ * ran out. */
+KO_API int ko_geogtran_load_constants_with_extent(ko_geogtran *gt, int flag,
+                                                  const ko_gcs_extent *extent);
+KO_API int ko_geogtran_load_constants(ko_geogtran *gt);
+KO_API void ko_geogtran_unload_constants(ko_geogtran *gt);
+KO_API int ko_geogtran_isconstloaded(const ko_geogtran *gt);
+KO_API int32_t ko_geogtran_constants_status(const ko_geogtran *gt);
+KO_API ko_constants *ko_geogtran_constants(const ko_geogtran *gt);
+KO_API extern const ko_objvec ko_geogtran_objvec;
+KO_DECLARE_OBJECT_FORWARDS(geogtran, ko_geogtran)
+
+/* Point conversion through a geographic transformation.  coord holds n
+ * (longitude, latitude) pairs in the angular unit of the GCS on their side,
+ * relative to its prime meridian; z n heights in that GCS's vertical unit
+ * (metres when it has none) or null.  Converted in place.  direction 0 is
+ * GCS 1 to GCS 2, 1 the reverse.  Latitudes are clamped to +-90 degrees
+ * before the method runs.  Returns the method's count of converted points
+ * (a point it could not convert comes back in the output units from its
+ * unconverted value; only the count tells), 0 when the method's constants
+ * could not be loaded, -1 for no transformation, null coord, negative n or
+ * a direction other than 0 and 1.
+ *
+ * extra is handed to the method unchanged.  The time-based methods read it
+ * as a pointer to one double, the coordinate epoch in decimal years; null
+ * applies the parameters at their Reference_Time (a non-finite epoch
+ * converts nothing).  convert_units 0 takes and gives radians from the
+ * prime meridians and metres. */
+KO_API int32_t ko_geog_to_geog_ext_internal(ko_geogtran *gt, void *extra, int convert_units,
+                                            int32_t n, double *coord, double *z,
+                                            int direction);
+KO_API int32_t ko_geog_to_geog(ko_geogtran *gt, int32_t n, double *coord, double *z,
+                               int direction);
+KO_API int32_t ko_geog_to_geog_ext(ko_geogtran *gt, void *extra, int32_t n, double *coord,
+                                   double *z, int direction);
+KO_API int32_t ko_geog1_to_geog2(ko_geogtran *gt, int32_t n, double *coord, double *z);
+KO_API int32_t ko_geog2_to_geog1(ko_geogtran *gt, int32_t n, double *coord, double *z);
+/* ko_geog_to_geog, then the output longitudes moved into the 360-degree
+ * range about center (in the output GCS's angular unit). */
+KO_API int32_t ko_geog_to_geog_center(ko_geogtran *gt, int32_t n, double *coord, double *z,
+                                      int direction, double center);
+
+/* A composite transformation: steps run in order, each a transformation
+ * (owned) in a direction (0 forward, 1 inverse).  The ranking fields are
+ * set by the search that builds candidate paths.  A list of candidates is
+ * an array of entries ended by one whose count is 0 or less. */
+typedef struct ko_gtlist_step {
+  ko_geogtran *gt;
+  int32_t direction;
+} ko_gtlist_step;
+typedef struct ko_gtlist_entry {
+  int32_t count;         /* steps */
+  int32_t rank;          /* ranking fields of the path search */
+  int64_t rank_primary;
+  int64_t rank_secondary;
+  ko_gtlist_step *steps; /* owned array of count steps */
+} ko_gtlist_entry;
+
+/* An entry with count empty steps (null transformations, direction 0);
+ * null for count below 1 or when memory runs out.  _del deletes the steps'
+ * transformations, the steps and the entry, and returns null. */
+KO_API ko_gtlist_entry *ko_gtlist_entry_new(int32_t count);
+KO_API ko_gtlist_entry *ko_gtlist_entry_del(ko_gtlist_entry *entry);
+/* Entries inside a list: _init gives one count empty steps (1, or 0 when
+ * count is below 1 or memory runs out); _clear deletes what it owns and
+ * zeroes it. */
+KO_API int ko_gtlist_entry_init(ko_gtlist_entry *entry, int32_t count);
+KO_API void ko_gtlist_entry_clear(ko_gtlist_entry *entry);
+/* Puts gt (owned from now on, replacing and deleting the step's previous
+ * one) into step i with a direction; 1, or 0 for a bad index, direction or
+ * object (which then stays the caller's). */
+KO_API int ko_gtlist_entry_set_step(ko_gtlist_entry *entry, int32_t i, ko_geogtran *gt,
+                                    int32_t direction);
+/* A list of room for count entries, all empty, plus the end entry; fill
+ * the entries in order with ko_gtlist_entry_init.  _del clears every entry
+ * up to the end and frees the list; returns null. */
+KO_API ko_gtlist_entry *ko_gtlist_new(int32_t count);
+KO_API ko_gtlist_entry *ko_gtlist_del(ko_gtlist_entry *list);
+/* Runs a composite: direction 0 runs the steps first to last in their own
+ * directions, 1 last to first each reversed.  The count of the last step
+ * run is returned (a point that failed earlier goes on as it stands); 0 for
+ * n = 0 or no steps; -1 for a null entry or coord, n negative or above
+ * INT32_MAX. */
+KO_API int32_t ko_gtlist_geog_to_geog_internal(const ko_gtlist_entry *entry, int convert_units,
+                                               int64_t n, double *coord, double *z,
+                                               int direction);
+KO_API int32_t ko_factory_gtlist_geog_to_geog(const ko_gtlist_entry *entry, int64_t n,
+                                              double *coord, double *z, int direction);
+
 
 /* ======================================================================
  * Text formats
