@@ -51,6 +51,9 @@ class TmSetup {
   const double *dvals() const { return ko_constants_dvals(constants_); }
   const double *sph() const { return sph_; }
   const double *parms() const { return parms_; }
+  // Sets a parameter slot that the constants do not depend on (the plane
+  // orientation, slots 12 to 14).
+  void set_parm(int slot, double value) { parms_[slot] = value; }
 
   int forward(std::vector<double> &xy) const {
     return vec_.forward(sph_, parms_, static_cast<int>(xy.size() / 2), xy.data(), ivals(), dvals());
