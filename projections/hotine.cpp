@@ -100,9 +100,14 @@ int azimuth_constants(ko_constants *c, const double *sph, const double *parms, O
   k.sin_g0 = sin_g0;
   k.cos_g0 = std::cos(g0);
   k.lnH = ap.lnF - ap.B * ap.psi_c;  // H = F t0^B, t0 = exp(−ψc)
-  const double G = std::sinh(ap.lnF);  // (F − 1/F) / 2
-  const double arg = std::fmax(-1.0, std::fmin(1.0, G * std::tan(g0)));
-  k.lambda0 = lamc - std::asin(arg) / ap.B;
+  // λ0 = λc − asin(G tan γ0) / B with G = (F − 1/F) / 2 = ±sqrt(D² − 1).
+  // Since sin γ0 = sin αc / D, that angle is atan2(G sin αc, D |cos αc|),
+  // which keeps its digits where the asin's argument nears 1: an azimuth of
+  // 90° (the Swiss and Hungarian grids) puts it at exactly 1, where asin
+  // would lose half the digits (about 9 cm on the ground).
+  const double G = std::sinh(ap.lnF);
+  const double chi = std::atan2(G * std::sin(alphac), std::sqrt(ap.D2) * std::fabs(std::cos(alphac)));
+  k.lambda0 = lamc - chi / ap.B;
   k.uc = origin == Origin::kCentre ? centre_offset(ap, phic, alphac) : 0.0;
   const double gamma_c = rectify == Rectify::kAzimuth ? alphac : parms[slot::kRotation];
   if (!finish(g, parms, ap, gamma_c, k)) return -1;
