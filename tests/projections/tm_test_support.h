@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "ko.h"
-#include "projections/tm_simd.h"
+#include "projections/simd.h"
 
 namespace ko::tmtest {
 
@@ -80,8 +80,8 @@ class TmSetup {
 // Chooses the four-wide kernels (when the machine and SLEEF offer them) or
 // the scalar ones for the life of the object.
 struct KernelChoice {
-  explicit KernelChoice(bool vector) { ko::tm::set_vector_kernels(vector); }
-  ~KernelChoice() { ko::tm::set_vector_kernels(true); }
+  explicit KernelChoice(bool vector) { ko::simd::set_vector_kernels(vector); }
+  ~KernelChoice() { ko::simd::set_vector_kernels(true); }
   KernelChoice(const KernelChoice &) = delete;
   KernelChoice &operator=(const KernelChoice &) = delete;
 };
