@@ -275,6 +275,23 @@ inline double isometric_latitude(double e, double phi) {
   return std::asinh(std::tan(phi)) - e * std::atanh(e * std::sin(phi));
 }
 
+// The six power coefficients of P in φ = χ + sin 2χ P(cos 2χ), constant
+// term first, held by conformal constants (ko_chi_conformal_constants); null
+// when they use the closed form instead (e² of 0.0069 and more, beyond every
+// terrestrial spheroid).  All zero on a sphere.
+const double *conformal_inverse_series(const double *coef);
+
+// What the vector kernels need to go from the conformal to the geodetic
+// latitude: the series when there is one, else the constants of the closed
+// form (for one point at a time).
+struct Conformal {
+  const double *poly;  // conformal_inverse_series(coef), or null
+  const double *coef;  // ko_chi_conformal_constants
+  double e2;
+  explicit Conformal(const double *c, double e2_) : poly(conformal_inverse_series(c)), coef(c), e2(e2_) {}
+  bool has_series() const { return poly != nullptr; }
+};
+
 // Latitude from the isometric latitude ψ through the conformal latitude
 // χ = gd(ψ) = atan(sinh ψ); coef from ko_chi_conformal_constants.
 inline double latitude_from_isometric(const double *coef, double e2, double psi) {
