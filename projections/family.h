@@ -292,6 +292,26 @@ struct Conformal {
   bool has_series() const { return poly != nullptr; }
 };
 
+// Defines fwd(k, xy) and inv(k, xy), the point kernels of a conformal
+// family (constants K with the fields conformal and e2) from its block
+// kernels fwd_block and inv_block (templates on a math policy, simd.h) and
+// their four-wide loops fwd4 and inv4 (KO_SIMD_FOUR_WIDE): four points at a
+// time where the machine can, the inverse only where the conformal series
+// is there.  Each returns the points converted.
+#define KO_PROJ_CONFORMAL_KERNELS(K, fwd, fwd_block, fwd4, inv, inv_block, inv4)                    \
+  int fwd(const K &k, std::span<double> xy) {                                                      \
+    const ::ko::proj::Conformal cf(k.conformal, k.e2);                                             \
+    const auto one = [](const ::ko::simd::ScalarMath &m, const K &kk, const ::ko::proj::Conformal &c, \
+                        double *p) { fwd_block(m, kk, c, p); };                                     \
+    return ::ko::simd::run_blocks(fwd4, one, k, cf, true, xy);                                     \
+  }                                                                                                \
+  int inv(const K &k, std::span<double> xy) {                                                      \
+    const ::ko::proj::Conformal cf(k.conformal, k.e2);                                             \
+    const auto one = [](const ::ko::simd::ScalarMath &m, const K &kk, const ::ko::proj::Conformal &c, \
+                        double *p) { inv_block(m, kk, c, p); };                                     \
+    return ::ko::simd::run_blocks(inv4, one, k, cf, cf.has_series(), xy);                          \
+  }
+
 // Latitude from the isometric latitude ψ through the conformal latitude
 // χ = gd(ψ) = atan(sinh ψ); coef from ko_chi_conformal_constants.
 inline double latitude_from_isometric(const double *coef, double e2, double psi) {

@@ -240,7 +240,7 @@ int gk_forward(const double *sph, const double *parms, int n, double *coords, co
                const double *dvals) {
   if (!usable_arguments(sph, parms, n, coords)) return 0;
   return with_constants(gk_constants, sph, parms, ivals, dvals, constants_count, [&](const double *d) {
-    return forward_oriented(parms, n, coords, [&] {
+    return oriented(true, parms, n, coords, [&] {
       return is_sphere(sph[1]) ? sphere_forward(parms, n, coords, d) : ellipsoid_forward(parms, n, coords, d);
     });
   });
@@ -250,7 +250,7 @@ int gk_inverse(const double *sph, const double *parms, int n, double *coords, co
                const double *dvals) {
   if (!usable_arguments(sph, parms, n, coords)) return 0;
   return with_constants(gk_constants, sph, parms, ivals, dvals, constants_count, [&](const double *d) {
-    return inverse_oriented(parms, n, coords, [&] {
+    return oriented(false, parms, n, coords, [&] {
       return is_sphere(sph[1]) ? sphere_inverse(parms, n, coords, d) : ellipsoid_inverse(parms, n, coords, d);
     });
   });

@@ -176,19 +176,9 @@ KO_SIMD_FOUR_WIDE(forward_avx2, HotineConstants, Conformal, avx2::forward_block)
 KO_SIMD_FOUR_WIDE(inverse_avx2, HotineConstants, Conformal, avx2::inverse_block)
 #pragma GCC pop_options
 
-int forward_points(const HotineConstants &k, std::span<double> xy) {
-  const Conformal cf(k.conformal, k.e2);
-  const auto one = [](const simd::ScalarMath &m, const HotineConstants &kk, const Conformal &c,
-                      double *p) { forward_block(m, kk, c, p); };
-  return simd::run_blocks(forward_avx2, one, k, cf, true, xy);
-}
-
-int inverse_points(const HotineConstants &k, std::span<double> xy) {
-  const Conformal cf(k.conformal, k.e2);
-  const auto one = [](const simd::ScalarMath &m, const HotineConstants &kk, const Conformal &c,
-                      double *p) { inverse_block(m, kk, c, p); };
-  return simd::run_blocks(inverse_avx2, one, k, cf, cf.has_series(), xy);
-}
+KO_PROJ_CONFORMAL_KERNELS(HotineConstants,
+                          forward_points, forward_block, forward_avx2,
+                          inverse_points, inverse_block, inverse_avx2)
 
 constexpr auto run = run_kernels<HotineConstants, kTagHotine, forward_points, inverse_points>;
 

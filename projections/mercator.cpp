@@ -114,19 +114,9 @@ KO_SIMD_FOUR_WIDE(forward_avx2, MercatorConstants, Conformal, avx2::forward_bloc
 KO_SIMD_FOUR_WIDE(inverse_avx2, MercatorConstants, Conformal, avx2::inverse_block)
 #pragma GCC pop_options
 
-int forward_points(const MercatorConstants &k, std::span<double> xy) {
-  const Conformal cf(k.conformal, k.e2);
-  const auto one = [](const simd::ScalarMath &m, const MercatorConstants &kk, const Conformal &c,
-                      double *p) { forward_block(m, kk, c, p); };
-  return simd::run_blocks(forward_avx2, one, k, cf, true, xy);
-}
-
-int inverse_points(const MercatorConstants &k, std::span<double> xy) {
-  const Conformal cf(k.conformal, k.e2);
-  const auto one = [](const simd::ScalarMath &m, const MercatorConstants &kk, const Conformal &c,
-                      double *p) { inverse_block(m, kk, c, p); };
-  return simd::run_blocks(inverse_avx2, one, k, cf, cf.has_series(), xy);
-}
+KO_PROJ_CONFORMAL_KERNELS(MercatorConstants,
+                          forward_points, forward_block, forward_avx2,
+                          inverse_points, inverse_block, inverse_avx2)
 
 // Auxiliary sphere of type 3: geodetic latitudes to authalic ones first.
 int forward_authalic_points(const MercatorConstants &k, std::span<double> xy) {

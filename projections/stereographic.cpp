@@ -181,19 +181,9 @@ KO_SIMD_FOUR_WIDE(forward_oblique_avx2, StereoConstants, Conformal, avx2::forwar
 KO_SIMD_FOUR_WIDE(inverse_oblique_avx2, StereoConstants, Conformal, avx2::inverse_oblique_block)
 #pragma GCC pop_options
 
-int forward_oblique(const StereoConstants &k, std::span<double> xy) {
-  const Conformal cf(k.conformal, k.e2);
-  const auto one = [](const simd::ScalarMath &m, const StereoConstants &kk, const Conformal &c,
-                      double *p) { forward_oblique_block(m, kk, c, p); };
-  return simd::run_blocks(forward_oblique_avx2, one, k, cf, true, xy);
-}
-
-int inverse_oblique(const StereoConstants &k, std::span<double> xy) {
-  const Conformal cf(k.conformal, k.e2);
-  const auto one = [](const simd::ScalarMath &m, const StereoConstants &kk, const Conformal &c,
-                      double *p) { inverse_oblique_block(m, kk, c, p); };
-  return simd::run_blocks(inverse_oblique_avx2, one, k, cf, cf.has_series(), xy);
-}
+KO_PROJ_CONFORMAL_KERNELS(StereoConstants,
+                          forward_oblique, forward_oblique_block, forward_oblique_avx2,
+                          inverse_oblique, inverse_oblique_block, inverse_oblique_avx2)
 
 int forward_polar(const StereoConstants &k, std::span<double> xy) {
   int count = 0;

@@ -194,21 +194,15 @@ int with_constants(ko_proj_constfunc constfunc, const double *sph, const double 
 // and returns its count; 0, with nothing converted, when the orientation
 // parameters are not finite.
 template <class Kernel>
-int forward_oriented(const double *parms, int n, double *coords, Kernel kernel) {
+int oriented(bool forward, const double *parms, int n, double *coords, Kernel kernel) {
   if (proj::plain_orientation(parms)) return kernel();
   proj::PlaneOrientation plane;
   if (!proj::plane_orientation_from_parms(parms, plane)) return 0;
+  const std::span<double> xy(coords, static_cast<std::size_t>(n) * 2);
+  if (!forward) plane.from_grid(xy);
   const int count = kernel();
-  plane.to_grid(std::span<double>(coords, static_cast<std::size_t>(n) * 2));
+  if (forward) plane.to_grid(xy);
   return count;
-}
-template <class Kernel>
-int inverse_oriented(const double *parms, int n, double *coords, Kernel kernel) {
-  if (proj::plain_orientation(parms)) return kernel();
-  proj::PlaneOrientation plane;
-  if (!proj::plane_orientation_from_parms(parms, plane)) return 0;
-  plane.from_grid(std::span<double>(coords, static_cast<std::size_t>(n) * 2));
-  return kernel();
 }
 
 // Stores ivals [2, count] and takes ownership of dvals; -1 (and dvals freed)

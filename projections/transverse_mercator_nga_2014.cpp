@@ -140,7 +140,7 @@ int nga_forward(const double *sph, const double *parms, int n, double *coords, c
                 const double *dvals) {
   if (!usable_arguments(sph, parms, n, coords)) return 0;
   return with_constants(nga_constants, sph, parms, ivals, dvals, constants_count, [&](const double *d) {
-    return forward_oriented(parms, n, coords, [&] {
+    return oriented(true, parms, n, coords, [&] {
       return is_sphere(sph[1]) ? sphere_forward(parms, n, coords, d) : ellipsoid_forward(parms, n, coords, d);
     });
   });
@@ -150,7 +150,7 @@ int nga_inverse(const double *sph, const double *parms, int n, double *coords, c
                 const double *dvals) {
   if (!usable_arguments(sph, parms, n, coords)) return 0;
   return with_constants(nga_constants, sph, parms, ivals, dvals, constants_count, [&](const double *d) {
-    return inverse_oriented(parms, n, coords, [&] {
+    return oriented(false, parms, n, coords, [&] {
       return is_sphere(sph[1]) ? sphere_inverse(parms, n, coords, d) : ellipsoid_inverse(parms, n, coords, d);
     });
   });
