@@ -17,12 +17,12 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <ctime>
 #include <functional>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "bench/bench_timing.h"
 #include "ko.h"
 
 namespace {
@@ -31,24 +31,10 @@ constexpr int kPoints = 1000000;
 constexpr int kRepetitions = 5;
 constexpr double kDeg = 0.017453292519943295;
 
-double cpu_seconds() {
-  timespec ts{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &ts);
-  return static_cast<double>(ts.tv_sec) + 1e-9 * static_cast<double>(ts.tv_nsec);
-}
-
-// Best time in seconds of `run` over the repetitions, each on a fresh copy
-// of `input` in `work`.
+// Best time in seconds of `run` on a fresh copy of `input` in `work`.
 double best_of(const std::vector<double> &input, std::vector<double> &work,
                const std::function<void(std::vector<double> &)> &run) {
-  double best = 1e300;
-  for (int r = 0; r < kRepetitions; ++r) {
-    work = input;
-    const double start = cpu_seconds();
-    run(work);
-    best = std::min(best, cpu_seconds() - start);
-  }
-  return best;
+  return ko::bench::best_of(kRepetitions, [&] { work = input; }, [&] { run(work); });
 }
 
 // Random longitude/latitude pairs (degrees) over the area of use.
