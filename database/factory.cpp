@@ -41,6 +41,13 @@ constexpr Kind kKinds[] = {
     {KO_TYPE_PROJCS, build_projcs, nullptr, nullptr},
     {KO_TYPE_METHOD, build_method, nullptr, description_display},
     {KO_TYPE_GEOGTRAN, build_geogtran, nullptr, nullptr},
+    {KO_TYPE_VDATUM, build_vdatum, nullptr, nullptr},
+    {KO_TYPE_VERTCS, build_vertcs, nullptr, nullptr},
+    {KO_TYPE_GXYZCS, build_gxyzcs, nullptr, nullptr},
+    {KO_TYPE_HVCOORDSYS, build_hvcoordsys, nullptr, nullptr},
+    {KO_TYPE_HTMETHOD, build_htmethod, nullptr, description_display},
+    {KO_TYPE_VTMETHOD, build_vtmethod, nullptr, description_display},
+    {KO_TYPE_VERTTRAN, build_verttran, nullptr, nullptr},
 };
 
 // A type as callers name it: the number reported for a code it does not
@@ -91,8 +98,8 @@ constexpr DeprecatedBit kDeprecatedBits[] = {
     {4, KO_STATUS_DONOTUSE},
 };
 
-// Code changes may chain; the catalogue's do not, but a loop in a broken
-// table must not hang.
+// Code changes chain (4327 became 4329, which became 4979); the bound
+// keeps a loop in a broken table from hanging.
 constexpr int kMaxCodeChanges = 8;
 
 constexpr uint32_t kBuiltinDbid = 0;
@@ -122,17 +129,6 @@ void report_code(Context &ctx, int number, int category, int32_t code) {
 void report_name(Context &ctx, int number, const char *name) {
   ko_err_arg(ctx.err, KO_SEV_ERROR, KO_ERRCAT_OBJECT, number, ctx.source, "s",
              name != nullptr ? name : "");
-}
-
-// Follows the code-change table from an old code to the code that
-// replaced it (the code itself when it was not replaced).
-int32_t current_code(const ko_db_builtin_entry *row, int32_t code) {
-  for (int hop = 0; hop < kMaxCodeChanges; ++hop) {
-    const ko_db_pair_rec *change = ko_db_builtin_codechange_lookup_old(row, code);
-    if (change == nullptr || change->value == code) break;
-    code = change->value;
-  }
-  return code;
 }
 
 const void *record_of_code(const ko_db_builtin_entry *row, int32_t code) {
@@ -303,6 +299,15 @@ std::span<const uint32_t> members_of(uint32_t type) {
   std::size_t n = 0;
   while (n < entry->members.size() && entry->members[n] != 0) ++n;
   return {entry->members.data(), n};
+}
+
+int32_t current_code(const ko_db_builtin_entry *row, int32_t code) {
+  for (int hop = 0; hop < kMaxCodeChanges; ++hop) {
+    const ko_db_pair_rec *change = ko_db_builtin_codechange_lookup_old(row, code);
+    if (change == nullptr || change->value == code) break;
+    code = change->value;
+  }
+  return code;
 }
 
 void report_missing(Context &ctx, int32_t code) {

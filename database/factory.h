@@ -7,6 +7,7 @@
 #include "database/catalog.h"
 #include "objects/object.h"
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -60,6 +61,13 @@ void *build_parameter(const Found &found, Context &ctx);
 void *build_projcs(const Found &found, Context &ctx);
 void *build_method(const Found &found, Context &ctx);
 void *build_geogtran(const Found &found, Context &ctx);
+void *build_vdatum(const Found &found, Context &ctx);
+void *build_vertcs(const Found &found, Context &ctx);
+void *build_gxyzcs(const Found &found, Context &ctx);
+void *build_hvcoordsys(const Found &found, Context &ctx);
+void *build_htmethod(const Found &found, Context &ctx);
+void *build_vtmethod(const Found &found, Context &ctx);
+void *build_verttran(const Found &found, Context &ctx);
 
 // A part of a record (a system's datum, unit, projection ...): the object
 // of exactly this code, without following code changes, with its own
@@ -80,12 +88,20 @@ bool stamp_part(void *obj, uint32_t type, int32_t code, Context &ctx);
 // unit (the owning object gives it its unit); null after a report.
 ko_parameter *build_bare_parameter(int32_t code, double value, Context &ctx);
 
-// The 24 parameter slots of a record's run in a parameter pool, each a
-// bare parameter in the slot of its code; `texts` names the grid files of
-// Dataset_ parameters.  False after a report (slots then emptied).
-bool build_pool_parameters(const ko_db_parm_rec *pool, int32_t pool_count, int32_t first,
-                           int32_t count, const char *const *texts, int32_t text_count,
-                           ko_parameter **slots, Context &ctx);
+// A record's run of a parameter pool; `texts` names the grid files of
+// Dataset_ parameters (null for the projcs pool).
+struct ParmRun {
+  const ko_db_parm_rec *pool;
+  int32_t pool_count;
+  int32_t first;
+  int32_t count;
+  const char *const *texts;
+  int32_t text_count;
+};
+
+// The 24 parameter slots of a run, each a bare parameter in the slot of
+// its code.  False after a report (slots then emptied).
+bool build_pool_parameters(const ParmRun &run, ko_parameter **slots, Context &ctx);
 void delete_parameters(ko_parameter **slots);
 
 // A null-terminated metadata vector owned until released.
@@ -100,6 +116,34 @@ using UniqueMetadata = std::unique_ptr<ko_metadata *, MetadataVectorDeleter>;
 // (out of memory).
 UniqueMetadata area_metadata(const ko_db_builtin_entry *row, int32_t code, bool &ok,
                              Context &ctx);
+// What a transformation's record gives besides its systems and method: its
+// area of use, EPSG's remarks as a remark and its parameters.  Whatever is
+// still held when the parts go is deleted; handed_over() lets go of all.
+struct OperationParts {
+  UniqueMetadata metadata;
+  ko::Unique<ko_remark> remark;
+  std::array<ko_parameter *, KO_PARM_COUNT> parms{};
+
+  OperationParts() = default;
+  OperationParts(const OperationParts &) = delete;
+  OperationParts &operator=(const OperationParts &) = delete;
+  ~OperationParts() { delete_parameters(parms.data()); }
+  void handed_over() {
+    static_cast<void>(metadata.release());
+    static_cast<void>(remark.release());
+    parms.fill(nullptr);
+  }
+};
+bool operation_parts(const Found &found, const ParmRun &run, OperationParts &out, Context &ctx);
+
+// The reference epoch of a dynamic datum record and its frame name (EPSG's
+// name of the datum, else the record's name); false for a static datum.
+struct Frame {
+  const char *name;
+  double epoch;
+};
+bool dynamic_frame(const Found &found, const char *record_name, Frame &out);
+
 // The extent record of an area code, or null.
 const ko_db_extent_rec *extent_record(int32_t area);
 // A text cut to at most `size - 1` bytes without splitting a UTF-8
@@ -109,6 +153,10 @@ char *cut_utf8(char *out, std::size_t size, const char *text);
 void report_no_memory(Context &ctx, const char *name);
 // Error 131 (category 4): a record refers to a code the catalogue lacks.
 void report_missing(Context &ctx, int32_t code);
+
+// The code that replaced an old code through the row's code-change table
+// (followed to its end), or the code itself.
+int32_t current_code(const ko_db_builtin_entry *row, int32_t code);
 
 // The catalogue types a type code stands for (one, or the members of a
 // composite code such as KO_TYPE_UNIT); empty for a type the factory does

@@ -60,8 +60,15 @@ void *build_primem(const Found &found, Context &ctx) {
   return p;
 }
 
-// A datum with a reference epoch is a dynamic frame; its frame name is the
-// catalogue's description of the datum (EPSG's name of the frame).
+bool dynamic_frame(const Found &found, const char *record_name, Frame &out) {
+  const ko_db_epoch_rec *epoch = ko_db_builtin_epoch_lookup(found.row, found.code);
+  if (epoch == nullptr) return false;
+  const ko_db_text_rec *frame = ko_db_builtin_description_lookup(found.row, found.code);
+  out = Frame{frame != nullptr ? frame->text : record_name, epoch->epoch};
+  return true;
+}
+
+// A datum with a reference epoch is a dynamic frame.
 void *build_datum(const Found &found, Context &ctx) {
   const auto *r = static_cast<const ko_db_datum_rec *>(found.record);
   ko::Unique<ko_spheroid> spheroid(build_part_as<ko_spheroid>(KO_TYPE_SPHEROID, r->spheroid, ctx));
@@ -69,10 +76,8 @@ void *build_datum(const Found &found, Context &ctx) {
   ko_datum *d = ko_datum_ext_new_errext(r->name, spheroid.get(), r->anchor, ctx.err);
   if (d == nullptr) return nullptr;
   spheroid.release();
-  if (const ko_db_epoch_rec *epoch = ko_db_builtin_epoch_lookup(found.row, found.code)) {
-    const ko_db_text_rec *frame = ko_db_builtin_description_lookup(found.row, found.code);
-    ko_datum_set_dynamic(d, frame != nullptr ? frame->text : r->name, epoch->epoch);
-  }
+  if (Frame frame{}; dynamic_frame(found, r->name, frame))
+    ko_datum_set_dynamic(d, frame.name, frame.epoch);
   return d;
 }
 

@@ -29,10 +29,27 @@ struct Cursor {
   const unsigned char *record() const {
     return static_cast<const unsigned char *>(tbl->recs) + pos * static_cast<std::size_t>(tbl->size);
   }
-  int32_t code() const {
+  int32_t code() const { return code_at(pos); }
+  int32_t code_at(std::size_t i) const {
     int32_t c;
-    std::memcpy(&c, record() + code_offset, sizeof c);
+    std::memcpy(&c, static_cast<const unsigned char *>(tbl->recs) +
+                        i * static_cast<std::size_t>(tbl->size) + code_offset,
+                sizeof c);
     return c;
+  }
+  std::size_t size() const { return tbl != nullptr ? static_cast<std::size_t>(tbl->count) : 0; }
+  // Records whose code is at most v.
+  std::size_t count_at_most(int32_t v) const {
+    std::size_t lo = 0;
+    std::size_t hi = size();
+    while (lo < hi) {
+      std::size_t mid = lo + (hi - lo) / 2;
+      if (code_at(mid) <= v)
+        lo = mid + 1;
+      else
+        hi = mid;
+    }
+    return lo;
   }
 };
 
@@ -52,17 +69,18 @@ void walk_merged(std::array<Cursor, N> &cursors, Visit visit) {
 constexpr std::size_t kMaxMembers = 3;
 
 // Cursors over one table kind of each member of a type (data tables, or
-// areacode tables); false when the type is unknown.
+// areacode tables); false when no member has such a table.
 bool member_cursors(uint32_t type, bool areas, std::array<Cursor, kMaxMembers> &cursors) {
   std::span<const uint32_t> members = members_of(type);
-  if (members.empty()) return false;
+  bool any = false;
   for (std::size_t i = 0; i < members.size() && i < kMaxMembers; ++i) {
     const ko_db_builtin_entry *row = ko::catalog::row_of(members[i]);
     if (row == nullptr) continue;
     cursors[i].tbl = areas ? row->areacode : row->data;
     cursors[i].code_offset = areas ? offsetof(ko_db_areacode_rec, code) : kDataCodeOffset;
+    any = any || cursors[i].tbl != nullptr;
   }
-  return true;
+  return any;
 }
 
 ko_gcs_extent box_of(const ko_db_extent_rec &rec) {
@@ -114,12 +132,35 @@ ko_metadata *extent_by_name(const char *name, ko_err *err) {
   return nullptr;
 }
 
-bool area_contains(int32_t area, double lon, double lat) {
-  const ko_db_extent_rec *rec = extent_record(area);
-  if (rec == nullptr) return false;
-  ko_gcs_extent box = box_of(*rec);
-  return ko_gcs_extent_contains(&box, lon, lat) != 0;
-}
+// Which areas of use hold a point, flagged by area code in one pass over
+// the areas, so that each object's area is then a look-up, not a search.
+class AreasHolding {
+ public:
+  AreasHolding(double lon, double lat) {
+    auto recs = extent_records();
+    if (recs.empty()) return;
+    first_ = recs.front().code;
+    span_ = static_cast<std::size_t>(recs.back().code - first_) + 1;
+    flags_.reset(ko::alloc_array<uint8_t>(span_, "ko_factory areas"));
+    if (flags_ == nullptr) return;
+    for (const ko_db_extent_rec &rec : recs) {
+      ko_gcs_extent box = box_of(rec);
+      flags_.get()[static_cast<std::size_t>(rec.code - first_)] =
+          ko_gcs_extent_contains(&box, lon, lat) != 0 ? 1 : 0;
+    }
+  }
+  bool ready() const { return flags_ != nullptr; }
+  bool holds(int32_t area) const {
+    if (area < first_) return false;
+    auto at = static_cast<std::size_t>(area - first_);
+    return at < span_ && flags_.get()[at] != 0;
+  }
+
+ private:
+  ko::Owned<uint8_t> flags_;
+  int32_t first_ = 0;
+  std::size_t span_ = 0;
+};
 
 }  // namespace
 
@@ -178,14 +219,29 @@ int32_t code_at(uint32_t type, int index) {
   }
   std::array<Cursor, kMaxMembers> cursors;
   if (!member_cursors(type, false, cursors)) return 0;
-  int32_t found = 0;
-  int position = 0;
-  walk_merged(cursors, [&](const Cursor &c) {
-    if (position++ < index) return true;
-    found = c.code();
-    return false;
-  });
-  return found;
+  // The smallest code with more than `index` codes of all the members at
+  // or below it, found by bisecting the codes.
+  auto k = static_cast<std::size_t>(index);
+  std::size_t total = 0;
+  int64_t lo = INT32_MAX;
+  int64_t hi = INT32_MIN;
+  for (const Cursor &c : cursors) {
+    if (c.size() == 0) continue;
+    total += c.size();
+    lo = std::min<int64_t>(lo, c.code_at(0));
+    hi = std::max<int64_t>(hi, c.code_at(c.size() - 1));
+  }
+  if (k >= total) return 0;
+  while (lo < hi) {
+    int64_t mid = lo + (hi - lo) / 2;
+    std::size_t at_most = 0;
+    for (const Cursor &c : cursors) at_most += c.count_at_most(static_cast<int32_t>(mid));
+    if (at_most > k)
+      hi = mid;
+    else
+      lo = mid + 1;
+  }
+  return static_cast<int32_t>(lo);
 }
 
 // An object whose area record comes twice (several areas of use) is
@@ -195,14 +251,15 @@ int codes_in_extent(uint32_t type, double lon, double lat, int32_t *out, int max
     return -1;
   std::array<Cursor, kMaxMembers> cursors;
   if (!member_cursors(type, true, cursors)) return -1;
-  lon = std::remainder(lon, 360.0);
+  AreasHolding areas(std::remainder(lon, 360.0), lat);
+  if (!areas.ready()) return -1;
   int found = 0;
   int32_t last = 0;
   walk_merged(cursors, [&](const Cursor &c) {
     int32_t code = c.code();
     if (code == last) return true;
     const auto *area = reinterpret_cast<const ko_db_areacode_rec *>(c.record());
-    if (area_contains(area->area, lon, lat)) {
+    if (areas.holds(area->area)) {
       if (found < max) out[found] = code;
       ++found;
       last = code;
@@ -270,6 +327,13 @@ constexpr Dispatch kDispatch[] = {
     KO_DISPATCH(projcs, KO_TYPE_PROJCS),
     KO_DISPATCH(method, KO_TYPE_METHOD),
     KO_DISPATCH(geogtran, KO_TYPE_GEOGTRAN),
+    KO_DISPATCH(vdatum, KO_TYPE_VDATUM),
+    KO_DISPATCH(vertcs, KO_TYPE_VERTCS),
+    KO_DISPATCH(gxyzcs, KO_TYPE_GXYZCS),
+    KO_DISPATCH(hvcoordsys, KO_TYPE_HVCOORDSYS),
+    KO_DISPATCH(htmethod, KO_TYPE_HTMETHOD),
+    KO_DISPATCH(vtmethod, KO_TYPE_VTMETHOD),
+    KO_DISPATCH(verttran, KO_TYPE_VERTTRAN),
     KO_DISPATCH(extent, KO_TYPE_EXTENT),
 };
 

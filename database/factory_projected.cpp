@@ -53,15 +53,14 @@ void delete_parameters(ko_parameter **slots) {
 // Codes without a slot in the parameter array are dropped, as the
 // catalogue's record copy drops them; a Dataset_ parameter is named after
 // its grid file.
-bool build_pool_parameters(const ko_db_parm_rec *pool, int32_t pool_count, int32_t first,
-                           int32_t count, const char *const *texts, int32_t text_count,
-                           ko_parameter **slots, Context &ctx) {
-  if (count <= 0) return true;
-  if (first < 0 || first > pool_count - count) {
-    report_missing(ctx, first);
+bool build_pool_parameters(const ParmRun &run, ko_parameter **slots, Context &ctx) {
+  if (run.count <= 0) return true;
+  if (run.first < 0 || run.first > run.pool_count - run.count) {
+    report_missing(ctx, run.first);
     return false;
   }
-  for (const ko_db_parm_rec &rec : std::span(pool + first, static_cast<std::size_t>(count))) {
+  for (const ko_db_parm_rec &rec :
+       std::span(run.pool + run.first, static_cast<std::size_t>(run.count))) {
     int32_t slot = ko_parmlist_index_from_code(rec.code);
     if (slot < 0 || slot >= KO_PARM_COUNT || slots[slot] != nullptr) continue;
     slots[slot] = build_bare_parameter(rec.code, rec.value, ctx);
@@ -69,13 +68,25 @@ bool build_pool_parameters(const ko_db_parm_rec *pool, int32_t pool_count, int32
       delete_parameters(slots);
       return false;
     }
-    if (rec.code == kDatasetCode && texts != nullptr && rec.aux >= 0 && rec.aux < text_count) {
+    if (rec.code == kDatasetCode && run.texts != nullptr && rec.aux >= 0 &&
+        rec.aux < run.text_count) {
       char name[KO_NAME_SIZE];
-      ko_snprintf(name, KO_NAME_SIZE, "Dataset_%s", texts[rec.aux]);
+      ko_snprintf(name, KO_NAME_SIZE, "Dataset_%s", run.texts[rec.aux]);
       ko_header_set_name(slots[slot], name);
     }
   }
   return true;
+}
+
+bool operation_parts(const Found &found, const ParmRun &run, OperationParts &out, Context &ctx) {
+  bool ok = true;
+  out.metadata = area_metadata(found.row, found.code, ok, ctx);
+  if (!ok) return false;
+  if (const ko_db_text_rec *text = ko_db_builtin_description_lookup(found.row, found.code)) {
+    out.remark.reset(ko_remark_new_errext(text->text, ctx.err));
+    if (out.remark == nullptr) return false;
+  }
+  return build_pool_parameters(run, out.parms.data(), ctx);
 }
 
 // The conversion is named after its projection; the projected system
@@ -91,9 +102,9 @@ void *build_projcs(const Found &found, Context &ctx) {
       build_part_as<ko_projection>(KO_TYPE_PROJECTION, r->projection, ctx));
   if (projection == nullptr) return nullptr;
   std::array<ko_parameter *, KO_PARM_COUNT> parms{};
-  if (!build_pool_parameters(ko_obj_projcs_parms, ko_obj_projcs_parms_cnt, r->parm_first,
-                             r->parm_count, nullptr, 0, parms.data(), ctx))
-    return nullptr;
+  const ParmRun run{ko_obj_projcs_parms, ko_obj_projcs_parms_cnt, r->parm_first, r->parm_count,
+                    nullptr, 0};
+  if (!build_pool_parameters(run, parms.data(), ctx)) return nullptr;
   ko::Unique<ko_conversion> conversion(
       ko_conversion_new_errext(projection.get(), parms.data(), ctx.err));
   if (conversion == nullptr) {

@@ -56,12 +56,9 @@ bool ranks_before(const Ranked &a, const Ranked &b) {
 // The geographic system a code names now (after code changes), or 0.
 int32_t current_geogcs(int32_t code) {
   const ko_db_builtin_entry *row = ko::catalog::row_of(KO_TYPE_GEOGCS);
-  for (int hop = 0; row != nullptr && hop < 8; ++hop) {
-    const ko_db_pair_rec *change = ko_db_builtin_codechange_lookup_old(row, code);
-    if (change == nullptr || change->value == code) break;
-    code = change->value;
-  }
-  return row != nullptr && ko_db_builtin_data_lookup_code(row->data, code) != nullptr ? code : 0;
+  if (row == nullptr) return 0;
+  code = current_code(row, code);
+  return ko_db_builtin_data_lookup_code(row->data, code) != nullptr ? code : 0;
 }
 
 // Visits every live transformation between the two systems (either
@@ -235,31 +232,18 @@ void *build_geogtran(const Found &found, Context &ctx) {
   if (gcs2 == nullptr) return nullptr;
   ko::Unique<ko_method> method(build_part_as<ko_method>(KO_TYPE_METHOD, r->method, ctx));
   if (method == nullptr) return nullptr;
-  bool ok = true;
-  UniqueMetadata metadata = area_metadata(found.row, found.code, ok, ctx);
-  if (!ok) return nullptr;
-  ko::Unique<ko_remark> remark;
-  if (const ko_db_text_rec *text = ko_db_builtin_description_lookup(found.row, found.code)) {
-    remark.reset(ko_remark_new_errext(text->text, ctx.err));
-    if (remark == nullptr) return nullptr;
-  }
-  std::array<ko_parameter *, KO_PARM_COUNT> parms{};
-  if (!build_pool_parameters(ko_obj_geogtran_parms, ko_obj_geogtran_parms_cnt, r->parm_first,
-                             r->parm_count, ko_obj_geogtran_parm_texts,
-                             ko_obj_geogtran_parm_texts_cnt, parms.data(), ctx))
-    return nullptr;
+  const ParmRun run{ko_obj_geogtran_parms, ko_obj_geogtran_parms_cnt, r->parm_first,
+                    r->parm_count, ko_obj_geogtran_parm_texts, ko_obj_geogtran_parm_texts_cnt};
+  OperationParts parts;
+  if (!operation_parts(found, run, parts, ctx)) return nullptr;
   ko_geogtran *gt = ko_geogtran_ext_new_errext(r->name, gcs1.get(), gcs2.get(), method.get(),
-                                               parms.data(), metadata.get(), remark.get(),
-                                               ctx.err, r->accuracy);
-  if (gt == nullptr) {
-    delete_parameters(parms.data());
-    return nullptr;
-  }
+                                               parts.parms.data(), parts.metadata.get(),
+                                               parts.remark.get(), ctx.err, r->accuracy);
+  if (gt == nullptr) return nullptr;
   gcs1.release();  // the transformation owns its parts now
   gcs2.release();
   method.release();
-  metadata.release();
-  remark.release();
+  parts.handed_over();
   if (const ko_db_version_rec *version = ko_db_builtin_version_lookup(found.row, found.code))
     ko_geogtran_set_opversion(gt, version->version);
   return gt;

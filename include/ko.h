@@ -841,6 +841,406 @@ KO_DECLARE_OBJECT_FORWARDS(geogcs, ko_geogcs)
 KO_API double *ko_geodesic_constants_array_new(double e2, int *order);
 
 /* ======================================================================
+ * Vertical, geocentric and compound systems; other object types
+ * ====================================================================== */
+
+/* Every constructor below takes ownership of the sub-objects, parameters,
+ * metadata vector and remark handed to it when it succeeds; when it fails
+ * they stay the caller's, untouched.  The _errext forms clear the record
+ * first; a name over 79 characters is warning 354 and is cut.  Getters
+ * return borrowed pointers, and null, 0 or an empty text for a null or
+ * stale object. */
+
+/* Vertical datum: a name (required: null or empty is error 321), an
+ * anchor text (at most 255 characters, longer is warning 354 and cut), a
+ * metadata vector, and for a dynamic frame its frame name and reference
+ * epoch (decimal year; 0.0 for a static datum).  Equal when the names are
+ * equal by ko_strcmp_ci: anchor, frame and metadata are not compared. */
+KO_API ko_vdatum *ko_vdatum_ext_new_errext(const char *name, const char *anchor,
+                                           ko_metadata **metadata, ko_err *err);
+KO_API ko_vdatum *ko_vdatum_ext_new(const char *name, const char *anchor,
+                                    ko_metadata **metadata);
+KO_API ko_vdatum *ko_vdatum_new_errext(const char *name, ko_err *err);
+KO_API ko_vdatum *ko_vdatum_new(const char *name);
+KO_API int ko_vdatum_p(const void *obj);
+KO_API ko_vdatum *ko_vdatum_clone(const ko_vdatum *d);
+KO_API ko_vdatum *ko_vdatum_del(ko_vdatum *d);
+KO_API int ko_vdatum_eq(const ko_vdatum *a, const ko_vdatum *b);
+KO_API char *ko_vdatum_anchor(const ko_vdatum *d, char *buf);  /* KO_ANCHOR_SIZE bytes */
+KO_API ko_metadata **ko_vdatum_metadata_vector(const ko_vdatum *d);
+/* As ko_datum_set_dynamic, ko_datum_get_dynamic and ko_datum_is_dynamic. */
+KO_API void ko_vdatum_set_dynamic(ko_vdatum *d, const char *frame_name, double epoch);
+KO_API double ko_vdatum_get_dynamic(const ko_vdatum *d, char *buf);
+KO_API int ko_vdatum_is_dynamic(const ko_vdatum *d);
+KO_API extern const ko_objvec ko_vdatum_objvec;
+KO_DECLARE_OBJECT_FORWARDS(vdatum, ko_vdatum)
+/* 1 for a live datum or vertical datum (the hvdatum type test). */
+KO_API int ko_hvdatum_p(const void *obj);
+
+/* Vertical coordinate system: a name; a datum, which is a vertical datum
+ * for gravity-related heights or depths, or a horizontal datum (ko_datum)
+ * for ellipsoidal heights; up to 24 parameters by slot (only the vertical
+ * system's parameters of the parameter list: Vertical_Shift, slot 0, a
+ * length added to every height; Direction, slot 1, 1 for heights and -1
+ * for depths); the linear unit of the heights ("Meter" when none is
+ * given); an optional axis (direction up or down); metadata and remark.
+ *
+ * Checks, in order: a datum or vertical datum (337); a linear unit (323);
+ * an axis (485) pointing up or down (486) whose unit, if any, is a linear
+ * unit (487) equal to the unit argument when both are given (477); every
+ * non-empty parameter slot holds a parameter of the vertical system in its
+ * own slot (348, "%s: %s" with the system's and the parameter's names), a
+ * Direction of exactly 1 or -1 (356) that agrees with the axis (486);
+ * memory (1).  parms may be null (no parameters); otherwise the 24
+ * pointers are copied.  The system keeps one unit: the argument, else a
+ * clone of the axis's unit (which the axis then drops), else "Meter".
+ *
+ * Equal when the names are equal by ko_strcmp_ci, the datums are equal
+ * (both vertical or both horizontal, by their own equality), the linear
+ * units are equal, the directions agree and the vertical shifts in metres
+ * agree to the library's relative tolerance.  Axis, metadata and remark
+ * are not compared. */
+#define KO_VERTCS_HEIGHT 1
+#define KO_VERTCS_DEPTH (-1)
+#define KO_PARM_CODE_VERTICAL_SHIFT 100006
+#define KO_PARM_CODE_DIRECTION 100007
+KO_API ko_vertcs *ko_vertcs_ext_new_errext(const char *name, void *hvdatum, ko_parameter **parms,
+                                           ko_linunit *unit, ko_axis *axis,
+                                           ko_metadata **metadata, ko_remark *remark,
+                                           ko_err *err);
+KO_API ko_vertcs *ko_vertcs_ext_new(const char *name, void *hvdatum, ko_parameter **parms,
+                                    ko_linunit *unit, ko_axis *axis, ko_metadata **metadata,
+                                    ko_remark *remark);
+KO_API ko_vertcs *ko_vertcs_new_errext(const char *name, void *hvdatum, ko_parameter **parms,
+                                       ko_linunit *unit, ko_err *err);
+KO_API ko_vertcs *ko_vertcs_new(const char *name, void *hvdatum, ko_parameter **parms,
+                                ko_linunit *unit);
+KO_API int ko_vertcs_p(const void *obj);
+KO_API ko_vertcs *ko_vertcs_clone(const ko_vertcs *v);
+KO_API ko_vertcs *ko_vertcs_del(ko_vertcs *v);
+KO_API int ko_vertcs_eq(const ko_vertcs *a, const ko_vertcs *b);
+/* The datum as held (a ko_vdatum or a ko_datum), and typed views of it:
+ * ko_vertcs_vdatum is null for an ellipsoidal system, ko_vertcs_datum
+ * null for a gravity-related one. */
+KO_API void *ko_vertcs_hvdatum(const ko_vertcs *v);
+KO_API ko_vdatum *ko_vertcs_vdatum(const ko_vertcs *v);
+KO_API ko_datum *ko_vertcs_datum(const ko_vertcs *v);
+/* 1 when the heights are ellipsoidal (the datum is a horizontal datum). */
+KO_API int ko_vertcs_is_ellipsoidal(const ko_vertcs *v);
+KO_API ko_linunit *ko_vertcs_unit(const ko_vertcs *v);
+KO_API ko_axis *ko_vertcs_axis(const ko_vertcs *v);
+KO_API ko_parameter **ko_vertcs_parameters_ptr(ko_vertcs *v);
+/* Copies the 24 parameter pointers (all null for no system). */
+KO_API void ko_vertcs_parameters(const ko_vertcs *v, ko_parameter **out);
+/* KO_VERTCS_HEIGHT or KO_VERTCS_DEPTH: the sign of the Direction
+ * parameter, else the axis's (down is depth), else height; 0 for no
+ * system. */
+KO_API int ko_vertcs_direction(const ko_vertcs *v);
+/* Vertical_Shift in metres (its value in base units), 0.0 when absent. */
+KO_API double ko_vertcs_vertical_shift(const ko_vertcs *v);
+KO_API ko_metadata **ko_vertcs_metadata_vector(const ko_vertcs *v);
+KO_API ko_remark *ko_vertcs_remark(const ko_vertcs *v);
+KO_API extern const ko_objvec ko_vertcs_objvec;
+KO_DECLARE_OBJECT_FORWARDS(vertcs, ko_vertcs)
+
+/* Geocentric coordinate system (earth-centred X, Y, Z): a name, a datum
+ * (334), a prime meridian ("Greenwich" at 0 when none is given; 329 when
+ * not one; one without a unit gets "Degree"), a linear unit ("Meter" when
+ * none is given; 323 when not one), and optionally three axes X, Y and Z:
+ * each a live axis (478 missing, 485 not an axis) whose order is its
+ * position (482) and whose unit, if any, is linear (487) and equal to the
+ * system's (477); the axes then drop their units.  Equal when the names
+ * are equal by ko_strcmp_ci and the datums, prime meridians and linear
+ * units are equal; axes, metadata and remark are not compared. */
+KO_API ko_gxyzcs *ko_gxyzcs_ext_new_errext(const char *name, ko_datum *datum, ko_primem *primem,
+                                           ko_linunit *unit, ko_axis **axes,
+                                           ko_metadata **metadata, ko_remark *remark,
+                                           ko_err *err);
+KO_API ko_gxyzcs *ko_gxyzcs_ext_new(const char *name, ko_datum *datum, ko_primem *primem,
+                                    ko_linunit *unit, ko_axis **axes, ko_metadata **metadata,
+                                    ko_remark *remark);
+KO_API ko_gxyzcs *ko_gxyzcs_new_errext(const char *name, ko_datum *datum, ko_primem *primem,
+                                       ko_linunit *unit, ko_err *err);
+KO_API ko_gxyzcs *ko_gxyzcs_new(const char *name, ko_datum *datum, ko_primem *primem,
+                                ko_linunit *unit);
+KO_API int ko_gxyzcs_p(const void *obj);
+KO_API ko_gxyzcs *ko_gxyzcs_clone(const ko_gxyzcs *g);
+KO_API ko_gxyzcs *ko_gxyzcs_del(ko_gxyzcs *g);
+KO_API int ko_gxyzcs_eq(const ko_gxyzcs *a, const ko_gxyzcs *b);
+KO_API ko_datum *ko_gxyzcs_datum(const ko_gxyzcs *g);
+KO_API ko_primem *ko_gxyzcs_primem(const ko_gxyzcs *g);
+KO_API ko_linunit *ko_gxyzcs_unit(const ko_gxyzcs *g);
+KO_API ko_axis *ko_gxyzcs_axis(const ko_gxyzcs *g, int index);  /* 0-based; null without axes */
+KO_API ko_metadata **ko_gxyzcs_metadata_vector(const ko_gxyzcs *g);
+KO_API ko_remark *ko_gxyzcs_remark(const ko_gxyzcs *g);
+KO_API extern const ko_objvec ko_gxyzcs_objvec;
+KO_DECLARE_OBJECT_FORWARDS(gxyzcs, ko_gxyzcs)
+
+/* Compound coordinate system: a name, a horizontal system (a geographic
+ * or projected system) and a vertical system, metadata and remark.
+ * Checks: neither system usable is 339; a horizontal system that is not
+ * one is 338; a vertical system that is not one is 339 as well (the error
+ * table has no number of its own for it).  Equal when the names are equal
+ * by ko_strcmp_ci and both systems are equal by their own equality (a
+ * geographic system never equals a projected one). */
+KO_API ko_hvcoordsys *ko_hvcoordsys_ext_new_errext(const char *name, void *coordsys,
+                                                   ko_vertcs *vertcs, ko_metadata **metadata,
+                                                   ko_remark *remark, ko_err *err);
+KO_API ko_hvcoordsys *ko_hvcoordsys_ext_new(const char *name, void *coordsys, ko_vertcs *vertcs,
+                                            ko_metadata **metadata, ko_remark *remark);
+KO_API ko_hvcoordsys *ko_hvcoordsys_new_errext(const char *name, void *coordsys,
+                                               ko_vertcs *vertcs, ko_err *err);
+KO_API ko_hvcoordsys *ko_hvcoordsys_new(const char *name, void *coordsys, ko_vertcs *vertcs);
+KO_API int ko_hvcoordsys_p(const void *obj);
+KO_API ko_hvcoordsys *ko_hvcoordsys_clone(const ko_hvcoordsys *c);
+KO_API ko_hvcoordsys *ko_hvcoordsys_del(ko_hvcoordsys *c);
+KO_API int ko_hvcoordsys_eq(const ko_hvcoordsys *a, const ko_hvcoordsys *b);
+/* The horizontal system as held, and typed views of it (null when it is
+ * of the other kind). */
+KO_API void *ko_hvcoordsys_coordsys(const ko_hvcoordsys *c);
+KO_API ko_geogcs *ko_hvcoordsys_geogcs(const ko_hvcoordsys *c);
+KO_API ko_projcs *ko_hvcoordsys_projcs(const ko_hvcoordsys *c);
+KO_API ko_vertcs *ko_hvcoordsys_vertcs(const ko_hvcoordsys *c);
+KO_API ko_metadata **ko_hvcoordsys_metadata_vector(const ko_hvcoordsys *c);
+KO_API ko_remark *ko_hvcoordsys_remark(const ko_hvcoordsys *c);
+KO_API extern const ko_objvec ko_hvcoordsys_objvec;
+KO_DECLARE_OBJECT_FORWARDS(hvcoordsys, ko_hvcoordsys)
+/* 1 for a live geographic or projected system (the coordsys type test). */
+KO_API int ko_coordsys_p(const void *obj);
+
+/* Vertical transformation methods.  The list holds the seven methods the
+ * catalogue's vertical transformations use, under the EPSG code of the
+ * method family (each stands for the EPSG methods that differ only in
+ * their grid file's format), and eight methods of the library's own
+ * (codes 1097xx).  Flags tell what a method needs of its systems; the
+ * parameters a method takes are listed by code, the first `required` of
+ * them being mandatory.  The point mathematics is not part of the list. */
+#define KO_VTM_NEEDS_FILE 0x1u          /* reads the grid or model named by Dataset_ */
+#define KO_VTM_NO_OP 0x2u               /* leaves heights as they are */
+#define KO_VTM_TIME_BASED 0x4u          /* the result depends on the coordinate epoch */
+#define KO_VTM_POSITION 0x8u            /* needs the horizontal position of each point */
+#define KO_VTM_ELLIPSOIDAL_SOURCE 0x10u /* vertcs1 holds ellipsoidal heights */
+#define KO_VTM_ELLIPSOIDAL_TARGET 0x20u /* vertcs2 holds ellipsoidal heights */
+#define KO_VTM_GRAVITY_TARGET 0x40u     /* vertcs2 holds gravity-related heights or depths */
+#define KO_VTM_DEPTH_TARGET 0x80u       /* vertcs2 holds depths */
+#define KO_VTM_REVERSES 0x100u          /* the two systems point opposite ways */
+#define KO_VTM_MAX_PARMS 6
+typedef struct ko_vtmethlist_entry {
+  int32_t code;
+  uint32_t flags;                     /* KO_VTM_* */
+  const char *name;
+  int32_t parms[KO_VTM_MAX_PARMS];    /* parameter codes taken, 0 after the last */
+  int32_t required;                   /* the first `required` codes are mandatory */
+} ko_vtmethlist_entry;
+/* The 15 entries in code order, then an entry of code 0. */
+KO_API extern const ko_vtmethlist_entry ko_vtmethlist_tbl[];
+KO_API extern const int ko_vtmethlist_tbl_cnt;
+/* Null for codes below 1 and unknown codes. */
+KO_API const ko_vtmethlist_entry *ko_vtmethlist_from_code(int32_t code);
+/* The name goes through the vtmethod synonyms first (EPSG's method names
+ * find their family), then is compared ignoring case. */
+KO_API const ko_vtmethlist_entry *ko_vtmethlist_from_name(const char *name);
+KO_API const ko_vtmethlist_entry *ko_vtmethlist_from_indx(int index);
+KO_API int ko_vtmethlist_count(void);
+/* New method objects: status KO_STATUS_CODE from a code (unknown: error
+ * 222, category 4, the code as message), KO_STATUS_STRING from a name
+ * (unknown: error 307, category 8, the name as message). */
+KO_API ko_vtmethod *ko_vtmethlist_vtmethod_from_code(int32_t code, ko_err *err);
+KO_API ko_vtmethod *ko_vtmethlist_vtmethod_from_name(const char *name, ko_err *err);
+
+/* Vertical method object: the header alone, named as the list entry, with
+ * the entry's code as internal and external code.  ko_vtmethod_new_errext
+ * of an unknown name is warning 307 and null.  Equal when the codes are
+ * equal. */
+KO_API ko_vtmethod *ko_vtmethod_new_vtmethlist(const ko_vtmethlist_entry *entry, ko_err *err);
+KO_API ko_vtmethod *ko_vtmethod_new_errext(const char *name, ko_err *err);
+KO_API ko_vtmethod *ko_vtmethod_new(const char *name);
+KO_API int ko_vtmethod_p(const void *obj);
+KO_API ko_vtmethod *ko_vtmethod_clone(const ko_vtmethod *m);
+KO_API ko_vtmethod *ko_vtmethod_del(ko_vtmethod *m);
+KO_API int ko_vtmethod_eq(const ko_vtmethod *a, const ko_vtmethod *b);
+/* The list entry of the object's code, and its flags (0 when none). */
+KO_API const ko_vtmethlist_entry *ko_vtmethod_entry(const ko_vtmethod *m);
+KO_API uint32_t ko_vtmethod_flags(const ko_vtmethod *m);
+/* Checks 24 parameters (by slot) for the method of code: null array 330;
+ * code <= 0 valid; unknown code 351; a parameter the method does not take
+ * or outside its slot 348; a mandatory one missing 347 (both "%s: %s" with
+ * name and the parameter's name).  name is the transformation's. */
+KO_API int ko_vtmethod_valid(ko_parameter *const *parms, const char *name, int32_t code,
+                             ko_err *err);
+KO_API extern const ko_objvec ko_vtmethod_objvec;
+KO_DECLARE_OBJECT_FORWARDS(vtmethod, ko_vtmethod)
+
+/* Horizontal adjustment methods (of ko_adjhcs): the two plane-to-plane
+ * methods of the catalogue, EPSG 9621 "Similarity" (4 values) and 9624
+ * "Affine" (6 values); see ko_adjhcs for the values' meaning. */
+typedef struct ko_htmethlist_entry {
+  int32_t code;
+  uint32_t flags;                     /* reserved, 0 */
+  const char *name;
+  int32_t num_values;                 /* adjustment values the method takes */
+} ko_htmethlist_entry;
+KO_API extern const ko_htmethlist_entry ko_htmethlist_tbl[];  /* ends with code 0 */
+KO_API extern const int ko_htmethlist_tbl_cnt;
+KO_API const ko_htmethlist_entry *ko_htmethlist_from_code(int32_t code);
+KO_API const ko_htmethlist_entry *ko_htmethlist_from_name(const char *name);
+KO_API const ko_htmethlist_entry *ko_htmethlist_from_indx(int index);
+KO_API int ko_htmethlist_count(void);
+/* As the vertical ones, with errors 216 (code) and 306 (name). */
+KO_API ko_htmethod *ko_htmethlist_htmethod_from_code(int32_t code, ko_err *err);
+KO_API ko_htmethod *ko_htmethlist_htmethod_from_name(const char *name, ko_err *err);
+KO_API ko_htmethod *ko_htmethod_new_htmethlist(const ko_htmethlist_entry *entry, ko_err *err);
+/* An unknown name is warning 306 and null. */
+KO_API ko_htmethod *ko_htmethod_new_errext(const char *name, ko_err *err);
+KO_API ko_htmethod *ko_htmethod_new(const char *name);
+KO_API int ko_htmethod_p(const void *obj);
+KO_API ko_htmethod *ko_htmethod_clone(const ko_htmethod *m);
+KO_API ko_htmethod *ko_htmethod_del(ko_htmethod *m);
+KO_API int ko_htmethod_eq(const ko_htmethod *a, const ko_htmethod *b);  /* equal codes */
+KO_API const ko_htmethlist_entry *ko_htmethod_entry(const ko_htmethod *m);
+KO_API extern const ko_objvec ko_htmethod_objvec;
+KO_DECLARE_OBJECT_FORWARDS(htmethod, ko_htmethod)
+
+/* Vertical transformation: a name, an optional horizontal system (a
+ * geographic or projected system in which the method reads the horizontal
+ * position; null when none is needed or the caller supplies longitude and
+ * latitude), the source and target vertical systems, the method, up to 24
+ * parameters by slot (a parameter without a unit counts in base units:
+ * metres, radians), metadata, remark, the operation version and the
+ * accuracy in metres (999.0 when unknown).
+ *
+ * Checks, in order: the method (343); vertcs1 (341); vertcs2 (342); the
+ * horizontal system when given (338); the parameter array (330, never
+ * null: 24 null pointers mean no parameters); the accuracy (352 when
+ * negative or infinite; NaN is kept as unknown); the systems against the
+ * method's flags (115 "Invalid coordsys type for vtmethod": an ellipsoidal
+ * source or target that is not ellipsoidal, a gravity-related target that
+ * is ellipsoidal, a depth target that holds heights, a reversal between
+ * systems of one direction); ko_vtmethod_valid (347, 348, 351); memory.
+ *
+ * Equal when the names are equal by ko_strcmp_ci, the method codes agree,
+ * both vertical systems are equal, the horizontal systems are equal when
+ * both are present (a missing one is not compared), and every parameter
+ * slot either side fills is equal by ko_parameter_eq.  Accuracy, version,
+ * metadata and remark are not compared. */
+KO_API ko_verttran *ko_verttran_ext_new_errext(const char *name, void *coordsys,
+                                               ko_vertcs *vertcs1, ko_vertcs *vertcs2,
+                                               ko_vtmethod *method, ko_parameter **parms,
+                                               ko_metadata **metadata, ko_remark *remark,
+                                               ko_err *err, double accuracy);
+KO_API ko_verttran *ko_verttran_ext_new(const char *name, void *coordsys, ko_vertcs *vertcs1,
+                                        ko_vertcs *vertcs2, ko_vtmethod *method,
+                                        ko_parameter **parms, ko_metadata **metadata,
+                                        ko_remark *remark, double accuracy);
+KO_API ko_verttran *ko_verttran_new_errext(const char *name, void *coordsys, ko_vertcs *vertcs1,
+                                           ko_vertcs *vertcs2, ko_vtmethod *method,
+                                           ko_parameter **parms, ko_err *err);
+KO_API ko_verttran *ko_verttran_new(const char *name, void *coordsys, ko_vertcs *vertcs1,
+                                    ko_vertcs *vertcs2, ko_vtmethod *method,
+                                    ko_parameter **parms);
+KO_API int ko_verttran_p(const void *obj);
+KO_API ko_verttran *ko_verttran_clone(const ko_verttran *vt);
+KO_API ko_verttran *ko_verttran_del(ko_verttran *vt);
+KO_API int ko_verttran_eq(const ko_verttran *a, const ko_verttran *b);
+KO_API void *ko_verttran_coordsys(const ko_verttran *vt);
+KO_API ko_vertcs *ko_verttran_vertcs1(const ko_verttran *vt);
+KO_API ko_vertcs *ko_verttran_vertcs2(const ko_verttran *vt);
+KO_API ko_vtmethod *ko_verttran_vtmethod(const ko_verttran *vt);
+KO_API ko_parameter **ko_verttran_parameters_ptr(ko_verttran *vt);
+KO_API void ko_verttran_parameters(const ko_verttran *vt, ko_parameter **out);
+/* Each slot's value in base units (ko_parameter_value_si), 0.0 for an
+ * empty slot; all zero for no transformation. */
+KO_API void ko_verttran_parm_array(const ko_verttran *vt, double *out);
+KO_API double ko_verttran_accuracy(const ko_verttran *vt);  /* 999.0 for no transformation */
+KO_API void ko_verttran_set_opversion(ko_verttran *vt, const char *version);
+KO_API char *ko_verttran_get_opversion(const ko_verttran *vt, char *buf);  /* 80 bytes */
+KO_API ko_metadata **ko_verttran_metadata_vector(const ko_verttran *vt);
+KO_API ko_remark *ko_verttran_remark(const ko_verttran *vt);
+KO_API extern const ko_objvec ko_verttran_objvec;
+KO_DECLARE_OBJECT_FORWARDS(verttran, ko_verttran)
+
+/* Array: a name (null counts as empty), num_values doubles (copied) and an
+ * optional unit of any kind (owned; null for plain numbers).  Checks:
+ * num_values from 1 to KO_ARRAY_MAX_VALUES (310, "%s: %d" with name and
+ * count); values non-null (326); a unit that is not a unit (324); each
+ * value finite (358, "%s: %f" with name and value).  Equal when the names
+ * are equal by ko_strcmp_ci, the counts are equal, the units are both
+ * absent or equal, and each value agrees to the relative tolerance. */
+#define KO_ARRAY_MAX_VALUES 1048576
+KO_API ko_array *ko_array_new_errext(const char *name, int num_values, const double *values,
+                                     ko_unit *unit, ko_err *err);
+KO_API ko_array *ko_array_new(const char *name, int num_values, const double *values,
+                              ko_unit *unit);
+KO_API int ko_array_p(const void *obj);
+KO_API ko_array *ko_array_clone(const ko_array *a);
+KO_API ko_array *ko_array_del(ko_array *a);
+KO_API int ko_array_eq(const ko_array *a, const ko_array *b);
+KO_API int ko_array_num_values(const ko_array *a);
+KO_API const double *ko_array_values(const ko_array *a);
+KO_API double ko_array_value(const ko_array *a, int index);  /* 0.0 outside the array */
+KO_API ko_unit *ko_array_unit(const ko_array *a);
+KO_API extern const ko_objvec ko_array_objvec;
+KO_DECLARE_OBJECT_FORWARDS(array, ko_array)
+
+/* Epoch: one decimal year (an object without name).  The year must lie in
+ * [KO_EPOCH_MIN_YEAR, KO_EPOCH_MAX_YEAR], the years of four-digit calendar
+ * dates; NaN, infinities and years outside are error 355 with the year as
+ * message.  Equal when the years agree to the relative tolerance. */
+#define KO_EPOCH_MIN_YEAR 0.0
+#define KO_EPOCH_MAX_YEAR 9999.0
+KO_API ko_epoch *ko_epoch_new_errext(double year, ko_err *err);
+KO_API ko_epoch *ko_epoch_new(double year);
+KO_API int ko_epoch_p(const void *obj);
+KO_API ko_epoch *ko_epoch_clone(const ko_epoch *e);
+KO_API ko_epoch *ko_epoch_del(ko_epoch *e);
+KO_API int ko_epoch_eq(const ko_epoch *a, const ko_epoch *b);
+KO_API double ko_epoch_year(const ko_epoch *e);  /* 0.0 for no epoch */
+KO_API extern const ko_objvec ko_epoch_objvec;
+KO_DECLARE_TYPE_FORWARD(epoch, ko_epoch)
+
+/* Adjusted horizontal coordinate system: a horizontal system (geographic
+ * or projected) whose coordinates are adjusted by a plane transformation,
+ * given as an adjustment method (ko_htmethod) and an array of its values.
+ * With (x, y) the system's coordinates and (x', y') the adjusted ones:
+ *   Affine (9624), values A0 A1 A2 B0 B1 B2:
+ *     x' = A0 + A1 x + A2 y,  y' = B0 + B1 x + B2 y;
+ *   Similarity (9621), values X0 Y0 M*cos(t) M*sin(t) (scale M, rotation
+ *     t of the source axes, IOGP guidance note 7-2):
+ *     x' = X0 + M cos(t) x + M sin(t) y,  y' = Y0 - M sin(t) x + M cos(t) y.
+ * The array's unit, if any, is that of the translations (A0, B0, X0, Y0):
+ * linear for a projected system, angular for a geographic one; the other
+ * values are plain ratios.
+ * Checks: the horizontal system (338), the method (336), the array (325),
+ * its count equal to the method's num_values (310), its unit of the
+ * system's kind (477).  Equal when the names are equal by ko_strcmp_ci,
+ * the systems are equal, the method codes agree and the arrays' values
+ * are equal (by ko_array_eq without the names). */
+KO_API ko_adjhcs *ko_adjhcs_ext_new_errext(const char *name, void *coordsys, ko_htmethod *method,
+                                           ko_array *values, ko_metadata **metadata,
+                                           ko_remark *remark, ko_err *err);
+KO_API ko_adjhcs *ko_adjhcs_ext_new(const char *name, void *coordsys, ko_htmethod *method,
+                                    ko_array *values, ko_metadata **metadata, ko_remark *remark);
+KO_API ko_adjhcs *ko_adjhcs_new_errext(const char *name, void *coordsys, ko_htmethod *method,
+                                       ko_array *values, ko_err *err);
+KO_API ko_adjhcs *ko_adjhcs_new(const char *name, void *coordsys, ko_htmethod *method,
+                                ko_array *values);
+KO_API int ko_adjhcs_p(const void *obj);
+KO_API ko_adjhcs *ko_adjhcs_clone(const ko_adjhcs *a);
+KO_API ko_adjhcs *ko_adjhcs_del(ko_adjhcs *a);
+KO_API int ko_adjhcs_eq(const ko_adjhcs *a, const ko_adjhcs *b);
+KO_API void *ko_adjhcs_coordsys(const ko_adjhcs *a);
+KO_API ko_htmethod *ko_adjhcs_htmethod(const ko_adjhcs *a);
+KO_API ko_array *ko_adjhcs_array(const ko_adjhcs *a);
+/* The adjustment in affine form: out[6] = A0 A1 A2 B0 B1 B2, translations
+ * in the system's base unit (metres or radians).  1, or 0 (out untouched)
+ * for no system. */
+KO_API int ko_adjhcs_affine(const ko_adjhcs *a, double *out);
+KO_API ko_metadata **ko_adjhcs_metadata_vector(const ko_adjhcs *a);
+KO_API ko_remark *ko_adjhcs_remark(const ko_adjhcs *a);
+KO_API extern const ko_objvec ko_adjhcs_objvec;
+KO_DECLARE_OBJECT_FORWARDS(adjhcs, ko_adjhcs)
+
+/* ======================================================================
  * Parameters and the parameter list
  * ====================================================================== */
 
@@ -1844,6 +2244,21 @@ KO_DECLARE_FACTORY(method, ko_method)
  * parameter "Dataset_<file>"), accuracy, EPSG's remarks as remark, the
  * record's version as operation version and its area of use as metadata. */
 KO_DECLARE_FACTORY(geogtran, ko_geogtran)
+KO_DECLARE_FACTORY(vdatum, ko_vdatum)
+/* With its Vertical_Shift (0) and Direction (1 heights, -1 depths)
+ * parameters. */
+KO_DECLARE_FACTORY(vertcs, ko_vertcs)
+KO_DECLARE_FACTORY(gxyzcs, ko_gxyzcs)
+KO_DECLARE_FACTORY(hvcoordsys, ko_hvcoordsys)
+KO_DECLARE_FACTORY(htmethod, ko_htmethod)
+KO_DECLARE_FACTORY(vtmethod, ko_vtmethod)
+/* A geographic 3D system at either end stands for its ellipsoidal heights:
+ * a vertical system on its datum in "Meter", named and coded as the
+ * geographic system.  A grid's geographic system, when the record names
+ * one, is the horizontal system (ko_verttran_coordsys).  Offsets are in "Meter" (unitless, the base unit),
+ * inclinations in "Arcsecond", the evaluation point in "Degree"; a grid is
+ * the parameter "Dataset_<file>". */
+KO_DECLARE_FACTORY(verttran, ko_verttran)
 
 /* An area of use as a metadata object: the area's name (cut to 79 bytes),
  * its longitude/latitude box and its code as area code and object code.
@@ -1865,7 +2280,8 @@ KO_API void *ko_factory_object_from_name(uint32_t type, const char *name, ko_err
  * objects whose area of use holds the point (degrees; longitudes are taken
  * modulo 360), deprecated ones included; at most max are written to out,
  * and the result is how many there are, or -1 for a type without areas of
- * use, a non-finite point, max below 0 or a null out with max above 0. */
+ * use, a non-finite point, max below 0, a null out with max above 0, or
+ * when memory runs out. */
 KO_API int ko_factory_count(uint32_t type);
 KO_API int32_t ko_factory_code_at(uint32_t type, int index);
 KO_API int ko_factory_codes_in_extent(uint32_t type, double lon, double lat, int32_t *out,

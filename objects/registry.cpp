@@ -8,15 +8,21 @@ namespace {
 // objvec line here, keeping alphabetical order of the type names.  The
 // composite codes (coordsys, hvdatum, transform) and extents have none.
 constexpr const ko_objvec *kRegistry[] = {
+    &ko_adjhcs_objvec,
     &ko_angunit_objvec,
     &ko_areaunit_objvec,
+    &ko_array_objvec,
     &ko_authority_objvec,
     &ko_axis_objvec,
     &ko_conversion_objvec,
     &ko_datum_objvec,
     &ko_dispname_objvec,
+    &ko_epoch_objvec,
     &ko_geogcs_objvec,
     &ko_geogtran_objvec,
+    &ko_gxyzcs_objvec,
+    &ko_htmethod_objvec,
+    &ko_hvcoordsys_objvec,
     &ko_linunit_objvec,
     &ko_metadata_objvec,
     &ko_method_objvec,
@@ -28,6 +34,10 @@ constexpr const ko_objvec *kRegistry[] = {
     &ko_scaleunit_objvec,
     &ko_spheroid_objvec,
     &ko_unit_objvec,
+    &ko_vdatum_objvec,
+    &ko_vertcs_objvec,
+    &ko_verttran_objvec,
+    &ko_vtmethod_objvec,
     nullptr,
 };
 

@@ -33,32 +33,31 @@ Side side_of(const ko_geogcs *gcs) {
   return s;
 }
 
+// Two one-sided clamps, which compile to min and max instructions: a NaN
+// latitude passes through unchanged.
 inline double clamp_latitude(double lat) {
-  // Comparisons, not fmin/fmax: a NaN latitude passes through unchanged.
-  return lat > ko::kHalfPi ? ko::kHalfPi : (lat < -ko::kHalfPi ? -ko::kHalfPi : lat);
+  lat = lat > ko::kHalfPi ? ko::kHalfPi : lat;
+  return lat < -ko::kHalfPi ? -ko::kHalfPi : lat;
 }
 
-// Longitudes outside [-pi, pi] folded back by ko_delta, which leaves the
-// others unchanged; kept out of the arithmetic loops so that those
-// vectorise.
-void wrap_longitudes(int32_t n, double *coord) {
-  for (int32_t i = 0; i < n; ++i) {
-    double &lon = coord[2 * i];
-    if (!(lon >= -ko::kPi && lon <= ko::kPi)) lon = ko_delta(lon);
-  }
+// ko_delta folds a longitude outside [-pi, pi] and leaves the others as they
+// are; the test keeps the call out of the common case.
+inline double fold_longitude(double lon) {
+  return (lon >= -ko::kPi && lon <= ko::kPi) ? lon : ko_delta(lon);
 }
 
 // Into the method's terms: radians from Greenwich, latitudes clamped,
 // metres.  Without unit conversion the values are already radians and
-// metres (multiplying by 1.0 changes nothing).
+// metres (multiplying by 1.0 changes nothing).  One pass over the points.
 void enter_method(const Side &in, bool convert_units, int32_t n, double *coord, double *z) {
   const double f = convert_units ? in.angular : 1.0;
   const double pm = in.meridian;
   for (int32_t i = 0; i < n; ++i) {
-    coord[2 * i] = coord[2 * i] * f + pm;
-    coord[2 * i + 1] = clamp_latitude(coord[2 * i + 1] * f);
+    const double lon = coord[2 * i] * f + pm;
+    const double lat = coord[2 * i + 1] * f;
+    coord[2 * i] = fold_longitude(lon);
+    coord[2 * i + 1] = clamp_latitude(lat);
   }
-  wrap_longitudes(n, coord);
   if (z != nullptr && convert_units) {
     const double v = in.vertical;
     for (int32_t i = 0; i < n; ++i) z[i] *= v;
@@ -68,18 +67,18 @@ void enter_method(const Side &in, bool convert_units, int32_t n, double *coord, 
 // Out of the method's terms.  The output meridian is subtracted (and the
 // longitude folded) only when it is not zero: with a Greenwich output the
 // longitude stays as the method left it.  That differs from the way in,
-// which always folds, on purpose.
+// which always folds, on purpose.  Dividing by 1.0 changes nothing.
 void leave_method(const Side &out, bool convert_units, int32_t n, double *coord, double *z) {
-  for (int32_t i = 0; i < n; ++i) coord[2 * i + 1] = clamp_latitude(coord[2 * i + 1]);
-  if (!(out.meridian == 0.0)) {
-    const double pm = out.meridian;
-    for (int32_t i = 0; i < n; ++i) coord[2 * i] -= pm;
-    wrap_longitudes(n, coord);
+  const bool shift = !(out.meridian == 0.0);
+  const double pm = out.meridian;
+  const double f = convert_units ? out.angular : 1.0;
+  for (int32_t i = 0; i < n; ++i) {
+    double lon = coord[2 * i];
+    if (shift) lon = fold_longitude(lon - pm);
+    coord[2 * i] = lon / f;
+    coord[2 * i + 1] = clamp_latitude(coord[2 * i + 1]) / f;
   }
-  if (!convert_units) return;
-  const double f = out.angular;
-  for (int32_t i = 0; i < 2 * n; ++i) coord[i] /= f;
-  if (z != nullptr) {
+  if (z != nullptr && convert_units) {
     const double v = out.vertical;
     for (int32_t i = 0; i < n; ++i) z[i] /= v;
   }

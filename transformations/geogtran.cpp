@@ -5,6 +5,7 @@
 
 #include "objects/units.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {

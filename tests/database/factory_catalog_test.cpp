@@ -288,10 +288,11 @@ TEST(FactoryCatalog, Parameters) {
 }
 
 // Each parameter of a record's run, in the slot of its code, against the
-// value the record stores and that value in base units.
+// value the record stores and that value in base units (the stored value
+// times factor(code)).
+template <class Factor>
 void expect_pool(ko_parameter *const *slots, const ko_db_parm_rec *pool, int32_t first,
-                 int32_t count, const char *const *texts, double angle, double length,
-                 double scale, int32_t code) {
+                 int32_t count, const char *const *texts, Factor factor, int32_t code) {
   std::set<int> seen;
   for (int32_t i = first; i < first + count; ++i) {
     const ko_db_parm_rec &rec = pool[i];
@@ -302,14 +303,8 @@ void expect_pool(ko_parameter *const *slots, const ko_db_parm_rec *pool, int32_t
     ASSERT_NE(p, nullptr) << code << ": slot " << slot;
     EXPECT_EQ(ko_object_code(p), rec.code) << code;
     EXPECT_TRUE(close(ko_parameter_value(p), rec.value, 1e-15)) << code << " " << rec.code;
-    double factor = 1.0;
-    switch (ko_parmlist_unit_type_from_code(rec.code)) {
-      case KO_PARM_UNIT_ANGLE: factor = angle; break;
-      case KO_PARM_UNIT_LENGTH: factor = length; break;
-      case KO_PARM_UNIT_SCALE: factor = scale; break;
-      default: break;
-    }
-    EXPECT_TRUE(close(ko_parameter_value_si(p), rec.value * factor, 1e-15)) << code << " " << rec.code;
+    EXPECT_TRUE(close(ko_parameter_value_si(p), rec.value * factor(rec.code), 1e-15))
+        << code << " " << rec.code;
     if (rec.code == KO_PARM_CODE_DATASET && texts != nullptr) {
       EXPECT_EQ(std::string(ko_header_get_name(p)), std::string("Dataset_") + texts[rec.aux]);
     }
@@ -317,6 +312,19 @@ void expect_pool(ko_parameter *const *slots, const ko_db_parm_rec *pool, int32_t
   int filled = 0;
   for (int i = 0; i < KO_PARM_COUNT; ++i) filled += slots[i] != nullptr;
   EXPECT_EQ(filled, static_cast<int>(seen.size())) << code;
+}
+
+// Factors of the unit types: angles, lengths and scales as given, plain
+// numbers 1.
+auto by_unit_type(double angle, double length, double scale) {
+  return [=](int32_t parameter) {
+    switch (ko_parmlist_unit_type_from_code(parameter)) {
+      case KO_PARM_UNIT_ANGLE: return angle;
+      case KO_PARM_UNIT_LENGTH: return length;
+      case KO_PARM_UNIT_SCALE: return scale;
+      default: return 1.0;
+    }
+  };
 }
 
 TEST(FactoryCatalog, ProjectedSystems) {
@@ -336,7 +344,7 @@ TEST(FactoryCatalog, ProjectedSystems) {
     EXPECT_EQ(ko_object_code(ko_projcs_projection(p)), projection) << code;
     const auto *gcs = record<ko_db_geogcs_rec>(KO_TYPE_GEOGCS, r->geogcs);
     expect_pool(slots, ko_obj_projcs_parms, r->parm_first, r->parm_count, nullptr,
-                angunit_factor(gcs->angunit), linunit_factor(r->linunit), 1.0, code);
+                by_unit_type(angunit_factor(gcs->angunit), linunit_factor(r->linunit), 1.0), code);
     ko_metadata **md = ko_projcs_metadata_vector(p);
     const ko_db_areacode_rec *area = ko_db_builtin_areacode_lookup(ko::test::row(KO_TYPE_PROJCS), code);
     EXPECT_EQ(md != nullptr, area != nullptr) << code;
@@ -359,7 +367,7 @@ TEST(FactoryCatalog, GeographicTransformations) {
     ko_parameter *slots[KO_PARM_COUNT];
     ko_geogtran_parameters(gt, slots);
     expect_pool(slots, ko_obj_geogtran_parms, r->parm_first, r->parm_count,
-                ko_obj_geogtran_parm_texts, kArcsecond, 1.0, 1e-6, code);
+                ko_obj_geogtran_parm_texts, by_unit_type(kArcsecond, 1.0, 1e-6), code);
     char version[KO_OPVERSION_SIZE];
     ko_geogtran_get_opversion(gt, version);
     EXPECT_STREQ(version, ko_db_builtin_version_lookup(ko::test::row(KO_TYPE_GEOGTRAN), code)->version);
@@ -372,6 +380,130 @@ TEST(FactoryCatalog, GeographicTransformations) {
     if (area != nullptr) {
       EXPECT_EQ(ko_metadata_areacode(ko_geogtran_metadata(gt)), static_cast<uint32_t>(area->area));
     }
+  });
+}
+
+TEST(FactoryCatalog, VerticalDatums) {
+  for_each_record(KO_TYPE_VDATUM, [&](const void *rec, int32_t code) {
+    const auto *r = static_cast<const ko_db_datum_rec *>(rec);
+    Obj obj = check_code_and_name(KO_TYPE_VDATUM, code);
+    ASSERT_NE(obj, nullptr);
+    char anchor[KO_ANCHOR_SIZE];
+    EXPECT_STREQ(ko_vdatum_anchor(static_cast<ko_vdatum *>(obj.get()), anchor), r->anchor);
+  });
+}
+
+TEST(FactoryCatalog, VerticalSystems) {
+  std::map<int32_t, std::pair<int, double>> epsg;  // direction, metres per unit
+  for (const auto &r : proj_db_rows(
+           "SELECT v.code, a.orientation, u.conv_factor FROM vertical_crs v JOIN axis a ON "
+           "a.coordinate_system_auth_name = v.coordinate_system_auth_name AND "
+           "a.coordinate_system_code = v.coordinate_system_code JOIN unit_of_measure u ON "
+           "u.auth_name = a.uom_auth_name AND u.code = a.uom_code WHERE v.auth_name = 'EPSG'"))
+    epsg[std::stoi(r[0])] = {r[1] == "down" ? -1 : 1, std::stod(r[2])};
+  int depths = 0;
+  for_each_record(KO_TYPE_VERTCS, [&](const void *rec, int32_t code) {
+    const auto *r = static_cast<const ko_db_vertcs_rec *>(rec);
+    Obj obj = check_code_and_name(KO_TYPE_VERTCS, code);
+    auto *v = static_cast<ko_vertcs *>(obj.get());
+    ASSERT_NE(v, nullptr);
+    expect_part(ko_vertcs_vdatum(v), KO_TYPE_VDATUM, r->vdatum);
+    expect_part(ko_vertcs_unit(v), KO_TYPE_LINUNIT, r->linunit);
+    EXPECT_EQ(ko_vertcs_direction(v), r->direction) << code;
+    EXPECT_EQ(ko_vertcs_vertical_shift(v), 0.0);
+    depths += ko_vertcs_direction(v) == KO_VERTCS_DEPTH;
+    if (auto it = epsg.find(code); it != epsg.end()) {
+      EXPECT_EQ(ko_vertcs_direction(v), it->second.first) << code;
+      EXPECT_TRUE(close(ko_linunit_factor(ko_vertcs_unit(v)), it->second.second, 1e-12)) << code;
+    }
+  });
+  EXPECT_GT(depths, 5);
+}
+
+TEST(FactoryCatalog, GeocentricSystems) {
+  for_each_record(KO_TYPE_GXYZCS, [&](const void *rec, int32_t code) {
+    const auto *r = static_cast<const ko_db_gxyzcs_rec *>(rec);
+    Obj obj = check_code_and_name(KO_TYPE_GXYZCS, code);
+    auto *g = static_cast<ko_gxyzcs *>(obj.get());
+    ASSERT_NE(g, nullptr);
+    expect_part(ko_gxyzcs_datum(g), KO_TYPE_DATUM, r->datum);
+    expect_part(ko_gxyzcs_primem(g), KO_TYPE_PRIMEM, r->primem);
+    expect_part(ko_gxyzcs_unit(g), KO_TYPE_LINUNIT, r->linunit);
+  });
+}
+
+TEST(FactoryCatalog, CompoundSystems) {
+  for_each_record(KO_TYPE_HVCOORDSYS, [&](const void *rec, int32_t code) {
+    const auto *r = static_cast<const ko_db_hvcoordsys_rec *>(rec);
+    Obj obj = check_code_and_name(KO_TYPE_HVCOORDSYS, code);
+    auto *c = static_cast<ko_hvcoordsys *>(obj.get());
+    ASSERT_NE(c, nullptr);
+    uint32_t horizontal = static_cast<uint32_t>(r->hcs_type);
+    expect_part(ko_hvcoordsys_coordsys(c), horizontal, r->hcs);
+    EXPECT_EQ(ko_object_type(ko_hvcoordsys_coordsys(c)), horizontal);
+    expect_part(ko_hvcoordsys_vertcs(c), KO_TYPE_VERTCS, r->vcs);
+  });
+}
+
+TEST(FactoryCatalog, VerticalAndAdjustmentMethods) {
+  for (uint32_t type : {KO_TYPE_VTMETHOD, KO_TYPE_HTMETHOD}) {
+    for_each_record(type, [&](const void *, int32_t code) {
+      Obj obj = check_code_and_name(type, code);
+      ASSERT_NE(obj, nullptr);
+      EXPECT_EQ(display_name(obj.get()),
+                ko_db_builtin_description_lookup(ko::test::row(type), code)->text);
+    });
+  }
+}
+
+// A vertical transformation's end that is no vertical system is a
+// geographic 3D system: its ellipsoidal heights, on its datum, in metres.
+void expect_vertical_end(ko_vertcs *v, int32_t code) {
+  if (ko::test::record<ko_db_vertcs_rec>(KO_TYPE_VERTCS, code) != nullptr) {
+    expect_part(v, KO_TYPE_VERTCS, code);
+    return;
+  }
+  const auto *g = ko::test::record<ko_db_geogcs_rec>(KO_TYPE_GEOGCS, code);
+  ASSERT_NE(g, nullptr) << code;
+  expect_part(v, KO_TYPE_GEOGCS, code);
+  EXPECT_EQ(ko_vertcs_is_ellipsoidal(v), 1);
+  expect_part(ko_vertcs_datum(v), KO_TYPE_DATUM, g->datum);
+  EXPECT_EQ(ko_linunit_factor(ko_vertcs_unit(v)), 1.0);
+}
+
+TEST(FactoryCatalog, VerticalTransformations) {
+  // Stored units of the pool's angles (the others are metres or plain).
+  auto factor = [](int32_t parameter) {
+    switch (parameter) {
+      case 100061:
+      case 100062: return kDegree;
+      case 100063:
+      case 100064: return kArcsecond;
+      default: return 1.0;
+    }
+  };
+  for_each_record(KO_TYPE_VERTTRAN, [&](const void *rec, int32_t code) {
+    const auto *r = static_cast<const ko_db_verttran_rec *>(rec);
+    Obj obj = check_code_and_name(KO_TYPE_VERTTRAN, code);
+    auto *vt = static_cast<ko_verttran *>(obj.get());
+    ASSERT_NE(vt, nullptr);
+    expect_vertical_end(ko_verttran_vertcs1(vt), r->vcs1);
+    expect_vertical_end(ko_verttran_vertcs2(vt), r->vcs2);
+    expect_part(ko_verttran_vtmethod(vt), KO_TYPE_VTMETHOD, r->method);
+    EXPECT_EQ(ko_verttran_accuracy(vt), r->accuracy);
+    // The system of a grid's coordinates, when the record names one.
+    if (r->interpolation != 0) {
+      expect_part(ko_verttran_coordsys(vt), KO_TYPE_GEOGCS, r->interpolation);
+    } else {
+      EXPECT_EQ(ko_verttran_coordsys(vt), nullptr);
+    }
+    ko_parameter *slots[KO_PARM_COUNT];
+    ko_verttran_parameters(vt, slots);
+    expect_pool(slots, ko_obj_verttran_parms, r->parm_first, r->parm_count,
+                ko_obj_verttran_parm_texts, factor, code);
+    char version[KO_NAME_SIZE];
+    EXPECT_STREQ(ko_verttran_get_opversion(vt, version),
+                 ko_db_builtin_version_lookup(ko::test::row(KO_TYPE_VERTTRAN), code)->version);
   });
 }
 

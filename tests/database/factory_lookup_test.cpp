@@ -6,25 +6,12 @@
 #include "foundation/report_capture.h"
 #include "support/failing_alloc.h"
 
-#include <functional>
 #include <string>
 
 namespace {
 
 using ko::test::Obj;
 using ko::test::proj_db_rows;
-
-using ByCode = std::function<void *(int32_t, ko_err *)>;
-using ByName = std::function<void *(const char *, ko_err *)>;
-
-template <class F>
-ByCode by_code(F f) {
-  return [f](int32_t code, ko_err *err) -> void * { return f(code, err); };
-}
-template <class F>
-ByName by_name(F f) {
-  return [f](const char *name, ko_err *err) -> void * { return f(name, err); };
-}
 
 void expect_report(const ko_err &err, int number, int category, const char *source,
                    const std::string &message) {
@@ -38,86 +25,78 @@ void expect_report(const ko_err &err, int number, int category, const char *sour
 // A code that no catalogue table has, for the types' own numbers.
 constexpr int32_t kNowhere = 3;
 
-struct CodeCase {
-  const char *what;
-  ByCode build;
-  int32_t code;
-  int number;
-  int category;
-  const char *source;
-};
+// The source of a report: the type's own _errext function, or the
+// generic one for the composite types that have none.
+std::string source_of(const char *prefix, const char *how) {
+  return prefix != nullptr ? std::string("ko_factory_") + prefix + "_from_" + how + "_errext"
+                           : std::string("ko_factory_object_from_") + how;
+}
 
 TEST(FactoryLookup, CodeFailuresReportTheTypesNumber) {
-  const CodeCase cases[] = {
-      {"geogcs", by_code(ko_factory_geogcs_from_code_errext), kNowhere, 203, KO_ERRCAT_OBJECT,
-       "ko_factory_geogcs_from_code_errext"},
-      {"projcs", by_code(ko_factory_projcs_from_code_errext), kNowhere, 204, KO_ERRCAT_OBJECT,
-       "ko_factory_projcs_from_code_errext"},
-      {"datum", by_code(ko_factory_datum_from_code_errext), kNowhere, 206, KO_ERRCAT_OBJECT,
-       "ko_factory_datum_from_code_errext"},
-      {"geogtran", by_code(ko_factory_geogtran_from_code_errext), kNowhere, 209, KO_ERRCAT_OBJECT,
-       "ko_factory_geogtran_from_code_errext"},
-      {"unit", by_code(ko_factory_unit_from_code_errext), kNowhere, 210, KO_ERRCAT_OBJECT,
-       "ko_factory_unit_from_code_errext"},
-      {"scaleunit", by_code(ko_factory_scaleunit_from_code_errext), kNowhere, 210,
-       KO_ERRCAT_OBJECT, "ko_factory_scaleunit_from_code_errext"},
-      {"areaunit", by_code(ko_factory_areaunit_from_code_errext), kNowhere, 210, KO_ERRCAT_OBJECT,
-       "ko_factory_areaunit_from_code_errext"},
-      {"angunit", by_code(ko_factory_angunit_from_code_errext), kNowhere, 211, KO_ERRCAT_OBJECT,
-       "ko_factory_angunit_from_code_errext"},
-      {"linunit", by_code(ko_factory_linunit_from_code_errext), kNowhere, 212, KO_ERRCAT_OBJECT,
-       "ko_factory_linunit_from_code_errext"},
-      {"primem", by_code(ko_factory_primem_from_code_errext), kNowhere, 213, KO_ERRCAT_OBJECT,
-       "ko_factory_primem_from_code_errext"},
-      {"spheroid", by_code(ko_factory_spheroid_from_code_errext), kNowhere, 214, KO_ERRCAT_OBJECT,
-       "ko_factory_spheroid_from_code_errext"},
-      {"method", by_code(ko_factory_method_from_code_errext), kNowhere, 215, KO_ERRCAT_OBJECT,
-       "ko_factory_method_from_code_errext"},
-      {"projection", by_code(ko_factory_projection_from_code_errext), kNowhere, 217,
-       KO_ERRCAT_OBJECT, "ko_factory_projection_from_code_errext"},
-      {"parameter", by_code(ko_factory_parameter_from_code_errext), kNowhere, 218,
-       KO_ERRCAT_OBJECT, "ko_factory_parameter_from_code_errext"},
-      {"coordsys", [](int32_t c, ko_err *e) { return ko_factory_object_from_code(KO_TYPE_COORDSYS, c, e); },
-       kNowhere, 219, KO_ERRCAT_OBJECT, "ko_factory_object_from_code"},
-      {"hvdatum", [](int32_t c, ko_err *e) { return ko_factory_object_from_code(KO_TYPE_HVDATUM, c, e); },
-       kNowhere, 208, KO_ERRCAT_OBJECT, "ko_factory_object_from_code"},
-      {"transform below its codes",
-       [](int32_t c, ko_err *e) { return ko_factory_object_from_code(KO_TYPE_TRANSFORM, c, e); },
-       kNowhere, 201, KO_ERRCAT_OBJECT, "ko_factory_object_from_code"},
+  const struct {
+    uint32_t type;
+    const char *prefix;  // null: a composite type
+    int32_t code;
+    int number;
+    int category;
+  } cases[] = {
+      {KO_TYPE_GEOGCS, "geogcs", kNowhere, 203, KO_ERRCAT_OBJECT},
+      {KO_TYPE_PROJCS, "projcs", kNowhere, 204, KO_ERRCAT_OBJECT},
+      {KO_TYPE_VERTCS, "vertcs", kNowhere, 205, KO_ERRCAT_OBJECT},
+      {KO_TYPE_DATUM, "datum", kNowhere, 206, KO_ERRCAT_OBJECT},
+      {KO_TYPE_VDATUM, "vdatum", kNowhere, 207, KO_ERRCAT_OBJECT},
+      {KO_TYPE_HVDATUM, nullptr, kNowhere, 208, KO_ERRCAT_OBJECT},
+      {KO_TYPE_GEOGTRAN, "geogtran", kNowhere, 209, KO_ERRCAT_OBJECT},
+      {KO_TYPE_UNIT, "unit", kNowhere, 210, KO_ERRCAT_OBJECT},
+      {KO_TYPE_SCALEUNIT, "scaleunit", kNowhere, 210, KO_ERRCAT_OBJECT},
+      {KO_TYPE_AREAUNIT, "areaunit", kNowhere, 210, KO_ERRCAT_OBJECT},
+      {KO_TYPE_ANGUNIT, "angunit", kNowhere, 211, KO_ERRCAT_OBJECT},
+      {KO_TYPE_LINUNIT, "linunit", kNowhere, 212, KO_ERRCAT_OBJECT},
+      {KO_TYPE_PRIMEM, "primem", kNowhere, 213, KO_ERRCAT_OBJECT},
+      {KO_TYPE_SPHEROID, "spheroid", kNowhere, 214, KO_ERRCAT_OBJECT},
+      {KO_TYPE_METHOD, "method", kNowhere, 215, KO_ERRCAT_OBJECT},
+      {KO_TYPE_HTMETHOD, "htmethod", kNowhere, 216, KO_ERRCAT_OBJECT},
+      {KO_TYPE_PROJECTION, "projection", kNowhere, 217, KO_ERRCAT_OBJECT},
+      {KO_TYPE_PARAMETER, "parameter", kNowhere, 218, KO_ERRCAT_OBJECT},
+      {KO_TYPE_COORDSYS, nullptr, kNowhere, 219, KO_ERRCAT_OBJECT},
+      {KO_TYPE_VTMETHOD, "vtmethod", kNowhere, 222, KO_ERRCAT_OBJECT},
+      // Types without a number of their own: outside their codes.
+      {KO_TYPE_GXYZCS, "gxyzcs", kNowhere, 201, KO_ERRCAT_OBJECT},
+      {KO_TYPE_HVCOORDSYS, "hvcoordsys", 99999999, 201, KO_ERRCAT_OBJECT},
+      {KO_TYPE_VERTTRAN, "verttran", kNowhere, 201, KO_ERRCAT_OBJECT},
+      {KO_TYPE_TRANSFORM, nullptr, kNowhere, 201, KO_ERRCAT_OBJECT},
       // Codes of other types.
-      {"datum code as geogcs", by_code(ko_factory_geogcs_from_code_errext), 6326, 223,
-       KO_ERRCAT_OBJECT, "ko_factory_geogcs_from_code_errext"},
-      {"geogcs code as datum", by_code(ko_factory_datum_from_code_errext), 4326, 223,
-       KO_ERRCAT_OBJECT, "ko_factory_datum_from_code_errext"},
-      {"angular code as linear", by_code(ko_factory_linunit_from_code_errext), 9102, 223,
-       KO_ERRCAT_OBJECT, "ko_factory_linunit_from_code_errext"},
-      {"area unit as unit", by_code(ko_factory_unit_from_code_errext), 109401, 223,
-       KO_ERRCAT_OBJECT, "ko_factory_unit_from_code_errext"},
-      {"projcs code as geogtran", by_code(ko_factory_geogtran_from_code_errext), 2154, 223,
-       KO_ERRCAT_OBJECT, "ko_factory_geogtran_from_code_errext"},
-      // Codes that are no codes.
-      {"zero", by_code(ko_factory_projcs_from_code_errext), 0, 505, KO_ERRCAT_DATABASE,
-       "ko_factory_projcs_from_code_errext"},
-      {"negative", by_code(ko_factory_geogcs_from_code_errext), -4326, 505, KO_ERRCAT_DATABASE,
-       "ko_factory_geogcs_from_code_errext"},
-      {"extent", by_code(ko_factory_extent_from_code_errext), kNowhere, 131, KO_ERRCAT_OBJECT,
-       "ko_factory_extent_from_code_errext"},
-      {"not a factory type",
-       [](int32_t c, ko_err *e) { return ko_factory_object_from_code(KO_TYPE_AUTHORITY, c, e); },
-       4326, 521, KO_ERRCAT_DATABASE, "ko_factory_object_from_code"},
+      {KO_TYPE_GEOGCS, "geogcs", 6326, 223, KO_ERRCAT_OBJECT},
+      {KO_TYPE_DATUM, "datum", 4326, 223, KO_ERRCAT_OBJECT},
+      {KO_TYPE_LINUNIT, "linunit", 9102, 223, KO_ERRCAT_OBJECT},
+      {KO_TYPE_UNIT, "unit", 109401, 223, KO_ERRCAT_OBJECT},
+      {KO_TYPE_GEOGTRAN, "geogtran", 2154, 223, KO_ERRCAT_OBJECT},
+      // Codes that are no codes, and an unknown area.
+      {KO_TYPE_PROJCS, "projcs", 0, 505, KO_ERRCAT_DATABASE},
+      {KO_TYPE_GEOGCS, "geogcs", -4326, 505, KO_ERRCAT_DATABASE},
+      {KO_TYPE_EXTENT, "extent", kNowhere, 131, KO_ERRCAT_OBJECT},
   };
-  for (const CodeCase &c : cases) {
-    SCOPED_TRACE(c.what);
+  for (const auto &c : cases) {
+    SCOPED_TRACE(c.code);
+    SCOPED_TRACE(source_of(c.prefix, "code"));
     ko_err err = ko::test::stale_record();
-    EXPECT_EQ(c.build(c.code, &err), nullptr);
-    std::string message = c.number == 521 ? "10000" : std::to_string(c.code);
-    expect_report(err, c.number, c.category, c.source, message);
+    EXPECT_EQ(ko_factory_object_from_code(c.type, c.code, &err), nullptr);
+    expect_report(err, c.number, c.category, source_of(c.prefix, "code").c_str(),
+                  std::to_string(c.code));
   }
+  // The per-type functions themselves, plain and with a record.
+  ko_err err{};
+  EXPECT_EQ(ko_factory_geogcs_from_code_errext(kNowhere, &err), nullptr);
+  EXPECT_EQ(err.number, 203);
+  EXPECT_EQ(ko_factory_geogcs_from_code(kNowhere), nullptr);
+  // A type the factory does not build.
+  EXPECT_EQ(ko_factory_object_from_code(KO_TYPE_AUTHORITY, 4326, &err), nullptr);
+  expect_report(err, 521, KO_ERRCAT_DATABASE, "ko_factory_object_from_code", "10000");
 }
 
 // A code between a type's first and last codes that no table has is 202
 // for the types without a number of their own.
-TEST(FactoryLookup, UnknownCodeInsideTheRangeIs202) {
+TEST(FactoryLookup, UnknownCodeInsideTheRangesIs202) {
   auto known = [](int32_t code) {
     for (const ko_db_builtin_entry *r = ko_db_builtin_registry; r->type != 0; ++r) {
       if (r->type == KO_TYPE_EXTENT || r->data == nullptr) continue;
@@ -127,32 +106,40 @@ TEST(FactoryLookup, UnknownCodeInsideTheRangeIs202) {
     }
     return false;
   };
-  int32_t code = ko_factory_code_at(KO_TYPE_GEOGTRAN, 0);
-  while (known(code)) ++code;
-  ko_err err{};
-  EXPECT_EQ(ko_factory_object_from_code(KO_TYPE_TRANSFORM, code, &err), nullptr);
-  expect_report(err, 202, KO_ERRCAT_OBJECT, "ko_factory_object_from_code", std::to_string(code));
+  const struct {
+    uint32_t type;
+    const char *prefix;
+  } cases[] = {{KO_TYPE_TRANSFORM, nullptr},
+               {KO_TYPE_GXYZCS, "gxyzcs"},
+               {KO_TYPE_HVCOORDSYS, "hvcoordsys"},
+               {KO_TYPE_VERTTRAN, "verttran"}};
+  for (const auto &c : cases) {
+    int32_t code = ko_factory_code_at(c.type, 0);
+    ASSERT_GT(code, 0);
+    while (known(code)) ++code;
+    ASSERT_LT(code, ko_factory_code_at(c.type, ko_factory_count(c.type) - 1));
+    ko_err err{};
+    EXPECT_EQ(ko_factory_object_from_code(c.type, code, &err), nullptr);
+    expect_report(err, 202, KO_ERRCAT_OBJECT, source_of(c.prefix, "code").c_str(),
+                  std::to_string(code));
+  }
 }
 
 TEST(FactoryLookup, NameFailuresAre132) {
   const struct {
-    ByName build;
-    const char *source;
-  } cases[] = {
-      {by_name(ko_factory_geogcs_from_name_errext), "ko_factory_geogcs_from_name_errext"},
-      {by_name(ko_factory_projcs_from_name_errext), "ko_factory_projcs_from_name_errext"},
-      {by_name(ko_factory_datum_from_name_errext), "ko_factory_datum_from_name_errext"},
-      {by_name(ko_factory_unit_from_name_errext), "ko_factory_unit_from_name_errext"},
-      {by_name(ko_factory_geogtran_from_name_errext), "ko_factory_geogtran_from_name_errext"},
-      {by_name(ko_factory_extent_from_name_errext), "ko_factory_extent_from_name_errext"},
-  };
+    uint32_t type;
+    const char *prefix;
+  } cases[] = {{KO_TYPE_GEOGCS, "geogcs"},     {KO_TYPE_PROJCS, "projcs"},
+               {KO_TYPE_DATUM, "datum"},       {KO_TYPE_UNIT, "unit"},
+               {KO_TYPE_GEOGTRAN, "geogtran"}, {KO_TYPE_VERTTRAN, "verttran"},
+               {KO_TYPE_EXTENT, "extent"},     {KO_TYPE_COORDSYS, nullptr}};
   for (const auto &c : cases) {
     for (const char *name : {"No such object anywhere", "", static_cast<const char *>(nullptr)}) {
-      SCOPED_TRACE(std::string(c.source) + " " + (name != nullptr ? name : "null"));
+      SCOPED_TRACE(source_of(c.prefix, "name") + " " + (name != nullptr ? name : "null"));
       ko_err err = ko::test::stale_record();
-      EXPECT_EQ(c.build(name, &err), nullptr);
+      EXPECT_EQ(ko_factory_object_from_name(c.type, name, &err), nullptr);
       // An empty message is replaced by the number's text.
-      expect_report(err, 132, KO_ERRCAT_OBJECT, c.source,
+      expect_report(err, 132, KO_ERRCAT_OBJECT, source_of(c.prefix, "name").c_str(),
                     name != nullptr && *name != '\0' ? name : "Name not found");
     }
   }
@@ -351,7 +338,8 @@ TEST(FactoryLookup, OutOfMemoryLeavesNothingBehind) {
       {KO_TYPE_LINUNIT, 9001},    {KO_TYPE_PARAMETER, 100010}, {KO_TYPE_GEOGCS, 4326},
       {KO_TYPE_GEOGCS, 4979},     {KO_TYPE_DATUM, 1165},       {KO_TYPE_PROJCS, 2154},
       {KO_TYPE_PROJCS, 27572},    {KO_TYPE_GEOGTRAN, 1241},    {KO_TYPE_GEOGTRAN, 1188},
-      {KO_TYPE_EXTENT, 1262},
+      {KO_TYPE_EXTENT, 1262},     {KO_TYPE_VERTCS, 5703},      {KO_TYPE_HVCOORDSYS, 3901},
+      {KO_TYPE_GXYZCS, 4978},     {KO_TYPE_VERTTRAN, 3858},
   };
   for (const auto &c : cases) {
     SCOPED_TRACE(c.code);

@@ -5,6 +5,7 @@
 
 #include "database/catalog.h"
 #include "ko.h"
+#include "objects/object_support.h"
 
 #include <gtest/gtest.h>
 
@@ -72,6 +73,9 @@ inline const ko_primem *meridian_of(const void *obj) {
     case KO_TYPE_PRIMEM: return static_cast<const ko_primem *>(obj);
     case KO_TYPE_GEOGCS: return ko_geogcs_primem(static_cast<const ko_geogcs *>(obj));
     case KO_TYPE_PROJCS: return meridian_of(ko_projcs_geogcs(static_cast<const ko_projcs *>(obj)));
+    case KO_TYPE_GXYZCS: return ko_gxyzcs_primem(static_cast<const ko_gxyzcs *>(obj));
+    case KO_TYPE_HVCOORDSYS:
+      return meridian_of(ko_hvcoordsys_coordsys(static_cast<const ko_hvcoordsys *>(obj)));
     case KO_TYPE_GEOGTRAN: {
       const auto *gt = static_cast<const ko_geogtran *>(obj);
       const ko_primem *p = meridian_of(ko_geogtran_geogcs1(gt));
@@ -133,17 +137,6 @@ inline Obj check_code_and_name(uint32_t type, int32_t code) {
   EXPECT_NE(named, nullptr) << name << ": " << err.number;
   if (named != nullptr) expect_catalogue_header(named.get(), type, code, KO_STATUS_STRING);
   return code == now ? std::move(obj) : std::move(named);
-}
-
-// A record that a lookup must clear on entry.
-inline ko_err stale_record() {
-  ko_err err{};
-  err.severity = KO_SEV_ERROR;
-  err.category = KO_ERRCAT_PARSE;
-  err.number = 463;
-  std::snprintf(err.source, sizeof err.source, "%s", "left over");
-  std::snprintf(err.message, sizeof err.message, "%s", "left over");
-  return err;
 }
 
 // Rows of proj.db (EPSG rows only) by the sqlite3 program; fields split at

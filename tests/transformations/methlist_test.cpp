@@ -124,17 +124,6 @@ TEST(MethodList, LooksUpByCodeNameAndIndex) {
     EXPECT_EQ(ko_methlist_from_name(c.name), c.want) << (c.name ? c.name : "(null)");
 }
 
-TEST(MethodList, GettersOfNoEntryAreEmpty) {
-  EXPECT_EQ(ko_methlist_get_code(nullptr), 0);
-  EXPECT_EQ(ko_methlist_get_flags(nullptr), 0u);
-  EXPECT_EQ(ko_methlist_get_name(nullptr), nullptr);
-  EXPECT_EQ(ko_methlist_get_forward(nullptr), nullptr);
-  EXPECT_EQ(ko_methlist_get_interpfunc(nullptr), nullptr);
-  EXPECT_EQ(ko_methlist_get_rtn_type(nullptr), 0);
-  EXPECT_EQ(ko_methlist_get_time_based(nullptr), 0);
-  EXPECT_EQ(ko_methlist_get_is_no_op(nullptr), 0);
-}
-
 TEST(MethodList, MethodObjectsFromCodeAndName) {
   ko_err err = ko::test::stale_record();
   Obj<ko_method> by_code(ko_methlist_method_from_code(9615, &err));
@@ -307,17 +296,6 @@ TEST(MethodObject, ValidityReportsExactly) {
     ko::test::expect_no_report(err);
   }
   ko::test::delete_slots(extra);
-}
-
-TEST(MethodObject, FileNamesOnlyForGridMethods) {
-  ko::test::DataDir dir;
-  Obj<ko_method> ntv2(ko_method_new("NTv2"));
-  Obj<ko_method> pv(ko_method_new("Position_Vector"));
-  char buf[2048];
-  EXPECT_EQ(ko_method_filenames(ntv2.get(), "Dataset_ntf_r93.gsb", buf, sizeof buf), 1);
-  EXPECT_EQ(std::string(buf), dir.path("ntv2", "ntf_r93.gsb"));
-  EXPECT_EQ(ko_method_filenames(pv.get(), "Dataset_ntf_r93.gsb", buf, sizeof buf), 0);
-  EXPECT_EQ(ko_method_filenames(nullptr, "Dataset_ntf_r93.gsb", buf, sizeof buf), 0);
 }
 
 TEST(MethodObject, ConstructorsLeaveNothingBehindWhenMemoryRunsOut) {

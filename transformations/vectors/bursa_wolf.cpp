@@ -4,7 +4,6 @@
 // transformation they are called for, coordinate frame for
 // Coordinate_Frame and position vector for everything else.
 #include "transformations/vectors/slots.h"
-#include "transformations/method_parameters.h"
 
 namespace {
 
@@ -15,10 +14,9 @@ bool coordinate_frame(const ko_geogtran *gt) {
 int32_t bursa_wolf(const ko_geogtran *gt, const double *parms, void *extra, int32_t n,
                    double *coord, double *z, bool inverse) {
   if (coordinate_frame(gt)) {
-    ko::MethodKernel kernel =
-        inverse ? ko::coordinate_frame_inverse : ko::coordinate_frame_forward;
-    return ko::helmert_apply(gt, parms, extra, n, coord, z, ko::Rotation::kCoordinateFrame,
-                             inverse, false, kernel);
+    ko::MethodKernel kernel = inverse ? ko::coordinate_frame_inverse : ko::coordinate_frame_forward;
+    return ko::helmert_apply(gt, parms, extra, n, coord, z, ko::Rotation::kCoordinateFrame, inverse,
+                             false, kernel);
   }
   ko::MethodKernel kernel = inverse ? ko::position_vector_inverse : ko::position_vector_forward;
   return ko::helmert_apply(gt, parms, extra, n, coord, z, ko::Rotation::kPositionVector, inverse,

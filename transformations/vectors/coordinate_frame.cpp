@@ -6,13 +6,13 @@
 
 namespace {
 
-int32_t forward(const ko_geogtran *gt, const double *parms, void *extra, int32_t n,
-                double *coord, double *z) {
+int32_t forward(const ko_geogtran *gt, const double *parms, void *extra, int32_t n, double *coord,
+                double *z) {
   return ko_mth_bursa_wolf_vector.forward(gt, parms, extra, n, coord, z);
 }
 
-int32_t inverse(const ko_geogtran *gt, const double *parms, void *extra, int32_t n,
-                double *coord, double *z) {
+int32_t inverse(const ko_geogtran *gt, const double *parms, void *extra, int32_t n, double *coord,
+                double *z) {
   return ko_mth_bursa_wolf_vector.inverse(gt, parms, extra, n, coord, z);
 }
 

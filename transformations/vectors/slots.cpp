@@ -101,8 +101,7 @@ int32_t helmert_apply(const ko_geogtran *gt, const double *parms, void *extra, i
   const MethodCall call(gt, parms, extra);
   const ko_geogtran *g = live_geogtran(gt);
   Affine f;
-  if (g == nullptr || (time_based && extra != nullptr) ||
-      !cached_affine(*g, rotation, inverse, f))
+  if (g == nullptr || (time_based && extra != nullptr) || !cached_affine(*g, rotation, inverse, f))
     return kernel(call.args(), n, coord, z);
   const MethodArgs &a = call.args();
   return inverse ? transform_through_geocentric(a.sph2, a.sph1, f, n, coord, z)

@@ -5,6 +5,8 @@
 #pragma once
 
 #include "transformations/geogtran.h"
+#include "transformations/grid_methods.h"
+#include "transformations/method_parameters.h"
 
 namespace ko {
 
@@ -59,5 +61,77 @@ int noop_valid(ko_parameter *const *parms, const char *name, ko_err *err);
 
 // The grid methods interpolate bilinearly.
 int bilinear_interpolation(ko_parameter *const *parms);
+
+// ---------------------------------------------------------------------------
+// The vectors of each kind of method; every method's file defines its
+// exported vector with one of these.
+
+// An equation method without constants.
+template <MethodKernel Forward, MethodKernel Inverse, ParmSet S>
+constexpr ko_methlist_entry equation_vector(int32_t code, uint32_t flags, const char *name) {
+  return {.code = code,
+          .flags = flags,
+          .name = name,
+          .forward = kernel_slot<Forward>,
+          .inverse = kernel_slot<Inverse>,
+          .constfunc = nullptr,
+          .unloadfunc = nullptr,
+          .dfltsfunc = defaults_for<S>,
+          .validfunc = valid_for<S>,
+          .usablefunc = nullptr,
+          .filefunc = nullptr,
+          .interpfunc = nullptr};
+}
+
+// A Helmert-family method: its similarity cached by `constants`.
+template <Rotation R, bool TimeBased, MethodKernel Forward, MethodKernel Inverse, ParmSet S>
+constexpr ko_methlist_entry helmert_vector(int32_t code, uint32_t flags, const char *name,
+                                           ko_mth_constfunc constants) {
+  return {.code = code,
+          .flags = flags,
+          .name = name,
+          .forward = helmert_slot<R, false, TimeBased, Forward>,
+          .inverse = helmert_slot<R, true, TimeBased, Inverse>,
+          .constfunc = constants,
+          .unloadfunc = nullptr,
+          .dfltsfunc = defaults_for<S>,
+          .validfunc = valid_for<S>,
+          .usablefunc = nullptr,
+          .filefunc = nullptr,
+          .interpfunc = nullptr};
+}
+
+// A grid method reading files of format F.
+template <const GridFormatSpec &F>
+constexpr ko_methlist_entry grid_vector(int32_t code, uint32_t flags, const char *name) {
+  return {.code = code,
+          .flags = flags,
+          .name = name,
+          .forward = kernel_slot<grid_shift_forward>,
+          .inverse = kernel_slot<grid_shift_inverse>,
+          .constfunc = grid_load_for<F>,
+          .unloadfunc = grid_unload,
+          .dfltsfunc = defaults_for<ParmSet::kGrid>,
+          .validfunc = valid_for<ParmSet::kGrid>,
+          .usablefunc = grid_usable_for<F>,
+          .filefunc = grid_filenames_for<F>,
+          .interpfunc = bilinear_interpolation};
+}
+
+// A no-op method.
+constexpr ko_methlist_entry noop_vector(int32_t code, const char *name) {
+  return {.code = code,
+          .flags = KO_MTH_RTN_ORDINARY | KO_MTH_IS_NO_OP,
+          .name = name,
+          .forward = noop_convert,
+          .inverse = noop_convert,
+          .constfunc = nullptr,
+          .unloadfunc = nullptr,
+          .dfltsfunc = noop_defaults,
+          .validfunc = noop_valid,
+          .usablefunc = nullptr,
+          .filefunc = nullptr,
+          .interpfunc = nullptr};
+}
 
 }  // namespace ko

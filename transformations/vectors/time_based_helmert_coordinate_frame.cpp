@@ -4,21 +4,9 @@
 // double, decimal years); without it the parameters apply at their
 // Reference_Time, whose similarity the constants cache.
 #include "transformations/vectors/slots.h"
-#include "transformations/method_parameters.h"
 
-extern "C" constinit const ko_methlist_entry ko_mth_time_based_helmert_coordinate_frame_vector = {
-    .code = KO_METHOD_TIME_BASED_HELMERT_COORDINATE_FRAME,
-    .flags = KO_MTH_RTN_TIME_BASED | KO_MTH_HEIGHT_AWARE,
-    .name = "Time_Based_Helmert_Coordinate_Frame",
-    .forward = ko::helmert_slot<ko::Rotation::kCoordinateFrame, false, true,
-                                ko::time_based_helmert_cf_forward>,
-    .inverse = ko::helmert_slot<ko::Rotation::kCoordinateFrame, true, true,
-                                ko::time_based_helmert_cf_inverse>,
-    .constfunc = ko::helmert_constants,
-    .unloadfunc = nullptr,
-    .dfltsfunc = ko::defaults_for<ko::ParmSet::kTimeBased>,
-    .validfunc = ko::valid_for<ko::ParmSet::kTimeBased>,
-    .usablefunc = nullptr,
-    .filefunc = nullptr,
-    .interpfunc = nullptr,
-};
+extern "C" constinit const ko_methlist_entry ko_mth_time_based_helmert_coordinate_frame_vector =
+    ko::helmert_vector<ko::Rotation::kCoordinateFrame, true, ko::time_based_helmert_cf_forward,
+                       ko::time_based_helmert_cf_inverse, ko::ParmSet::kTimeBased>(
+        KO_METHOD_TIME_BASED_HELMERT_COORDINATE_FRAME, KO_MTH_RTN_TIME_BASED | KO_MTH_HEIGHT_AWARE,
+        "Time_Based_Helmert_Coordinate_Frame", ko::helmert_constants);
