@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "ko.h"
-#include "projections/tm_simd.h"
+#include "projections/simd.h"
 
 namespace {
 
@@ -137,15 +137,15 @@ void BM_proj_inverse(benchmark::State &state) {
 // The same without the four-wide kernels (what a machine without AVX2 or
 // without SLEEF runs).
 void BM_ko_forward_scalar(benchmark::State &state) {
-  ko::tm::set_vector_kernels(false);
+  ko::simd::set_vector_kernels(false);
   BM_ko_forward(state);
-  ko::tm::set_vector_kernels(true);
+  ko::simd::set_vector_kernels(true);
 }
 
 void BM_ko_inverse_scalar(benchmark::State &state) {
-  ko::tm::set_vector_kernels(false);
+  ko::simd::set_vector_kernels(false);
   BM_ko_inverse(state);
-  ko::tm::set_vector_kernels(true);
+  ko::simd::set_vector_kernels(true);
 }
 
 BENCHMARK(BM_ko_forward)->Unit(benchmark::kMillisecond)->MinTime(1.0);

@@ -18,6 +18,7 @@
 #include <random>
 #include <vector>
 
+#include "bench/bench_timing.h"
 #include "ko.h"
 #include "tests/support/projcs_fixtures.h"
 
@@ -27,23 +28,8 @@ constexpr int kPoints = 1000000;
 constexpr int kRepetitions = 7;
 constexpr int kBuilds = 20000;
 
-double cpu_seconds() {
-  timespec ts{};
-  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &ts);
-  return static_cast<double>(ts.tv_sec) + 1e-9 * static_cast<double>(ts.tv_nsec);
-}
-
-// Best time in seconds of `run` over the repetitions; `prepare` runs
-// untimed before each.
 double best_of(const std::function<void()> &prepare, const std::function<void()> &run) {
-  double best = 1e300;
-  for (int r = 0; r < kRepetitions; ++r) {
-    prepare();
-    double start = cpu_seconds();
-    run();
-    best = std::min(best, cpu_seconds() - start);
-  }
-  return best;
+  return ko::bench::best_of(kRepetitions, prepare, run);
 }
 
 // Longitudes 9..21 E and latitudes 0..84 N, interleaved, in degrees.

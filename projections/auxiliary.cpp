@@ -2,6 +2,7 @@
 // spheroid, auxiliary latitudes, the arithmetic-geometric mean and tan(π/4 ± φ/2).
 #include "foundation/internal.h"
 #include "projections/elliptic.h"
+#include "projections/family.h"
 
 #include <algorithm>
 #include <array>
@@ -472,3 +473,12 @@ double ko_tan_pid4_minus_phid2(int flag1, int flag2, double phi) {
 }
 
 }  // extern "C"
+
+namespace ko::proj {
+
+const double *conformal_inverse_series(const double *coef) {
+  if (coef == nullptr || coef[kCoefUseSeries] == 0) return nullptr;
+  return coef + kInversePoly;
+}
+
+}  // namespace ko::proj

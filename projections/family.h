@@ -88,9 +88,32 @@ struct PlaneOrientation {
     y = inv[2] * x + inv[3] * y;
     x = u;
   }
+  // The same on a whole array of (x, y) pairs, in one loop the compiler
+  // vectorises; for families that orient after their kernels.
+  void to_grid(std::span<double> xy) const { apply(fwd, xy); }
+  void from_grid(std::span<double> xy) const { apply(inv, xy); }
+
+ private:
+  static void apply(const double (&m)[4], std::span<double> xy) {
+    const double m0 = m[0], m1 = m[1], m2 = m[2], m3 = m[3];
+    double *p = xy.data();
+    const std::size_t n = xy.size() / 2;
+    for (std::size_t i = 0; i < n; ++i) {
+      const double x = p[2 * i], y = p[2 * i + 1];
+      p[2 * i] = m0 * x + m1 * y;
+      p[2 * i + 1] = m2 * x + m3 * y;
+    }
+  }
 };
 // False when a scale is not finite or the rotation is not finite.
 bool plane_orientation(double x_scale, double y_scale, double rotation, PlaneOrientation &out);
+// True when slots 12 to 14 ask for no orientation at all (scales absent or
+// 1, no rotation): a test of three numbers, for families whose plain case
+// must not pay for the step.
+inline bool plain_orientation(const double *parms) {
+  const double sx = parms[slot::kXScale], sy = parms[slot::kYScale];
+  return (sx == 0.0 || sx == 1.0) && (sy == 0.0 || sy == 1.0) && parms[slot::kRotation] == 0.0;
+}
 // From slots 12 (X_Scale), 13 (Y_Scale) and 14 (XY_Plane_Rotation).
 bool plane_orientation_from_parms(const double *parms, PlaneOrientation &out);
 
@@ -251,6 +274,43 @@ enum FamilyTag : int32_t {
 inline double isometric_latitude(double e, double phi) {
   return std::asinh(std::tan(phi)) - e * std::atanh(e * std::sin(phi));
 }
+
+// The six power coefficients of P in φ = χ + sin 2χ P(cos 2χ), constant
+// term first, held by conformal constants (ko_chi_conformal_constants); null
+// when they use the closed form instead (e² of 0.0069 and more, beyond every
+// terrestrial spheroid).  All zero on a sphere.
+const double *conformal_inverse_series(const double *coef);
+
+// What the vector kernels need to go from the conformal to the geodetic
+// latitude: the series when there is one, else the constants of the closed
+// form (for one point at a time).
+struct Conformal {
+  const double *poly;  // conformal_inverse_series(coef), or null
+  const double *coef;  // ko_chi_conformal_constants
+  double e2;
+  explicit Conformal(const double *c, double e2_) : poly(conformal_inverse_series(c)), coef(c), e2(e2_) {}
+  bool has_series() const { return poly != nullptr; }
+};
+
+// Defines fwd(k, xy) and inv(k, xy), the point kernels of a conformal
+// family (constants K with the fields conformal and e2) from its block
+// kernels fwd_block and inv_block (templates on a math policy, simd.h) and
+// their four-wide loops fwd4 and inv4 (KO_SIMD_FOUR_WIDE): four points at a
+// time where the machine can, the inverse only where the conformal series
+// is there.  Each returns the points converted.
+#define KO_PROJ_CONFORMAL_KERNELS(K, fwd, fwd_block, fwd4, inv, inv_block, inv4)                    \
+  int fwd(const K &k, std::span<double> xy) {                                                      \
+    const ::ko::proj::Conformal cf(k.conformal, k.e2);                                             \
+    const auto one = [](const ::ko::simd::ScalarMath &m, const K &kk, const ::ko::proj::Conformal &c, \
+                        double *p) { fwd_block(m, kk, c, p); };                                     \
+    return ::ko::simd::run_blocks(fwd4, one, k, cf, true, xy);                                     \
+  }                                                                                                \
+  int inv(const K &k, std::span<double> xy) {                                                      \
+    const ::ko::proj::Conformal cf(k.conformal, k.e2);                                             \
+    const auto one = [](const ::ko::simd::ScalarMath &m, const K &kk, const ::ko::proj::Conformal &c, \
+                        double *p) { inv_block(m, kk, c, p); };                                     \
+    return ::ko::simd::run_blocks(inv4, one, k, cf, cf.has_series(), xy);                          \
+  }
 
 // Latitude from the isometric latitude ψ through the conformal latitude
 // χ = gd(ψ) = atan(sinh ψ); coef from ko_chi_conformal_constants.

@@ -29,7 +29,7 @@
 #pragma GCC diagnostic ignored "-Wpsabi"
 
 #include "projections/tm_family.h"
-#include "projections/tm_simd.h"
+#include "projections/simd.h"
 
 #include <algorithm>
 #include <cmath>
@@ -101,74 +101,15 @@ int ellipsoid_constants(ko_constants *constants, const double *sph, const double
   return store_constants(constants, std::move(d), kEllipsoidCount);
 }
 
-// Scalar arithmetic on the C library's functions.
-struct ScalarMath {
-  using V = double;
-  static constexpr int kWidth = 1;
-  void load(const double *p, V &x, V &y) const {
-    x = p[0];
-    y = p[1];
-  }
-  void store(double *p, V x, V y) const {
-    p[0] = x;
-    p[1] = y;
-  }
-  void sincos(V a, V &s, V &c) const {
-    s = std::sin(a);
-    c = std::cos(a);
-  }
-  V atan2(V y, V x) const { return std::atan2(y, x); }
-  V log1p(V a) const { return std::log1p(a); }
-  V expm1(V a) const { return std::expm1(a); }
-  V sqrt(V a) const { return std::sqrt(a); }
-  V wrap(V a) const { return wrap_longitude(a); }
-};
+using simd::ScalarMath;
+using simd::Sleef4;
 
 #include "projections/gauss_kruger_kernels.h"
 
-// The four-wide path is compiled for AVX2 and FMA by GCC's target pragma and
-// runs only when the CPU has both (checked at run time), so the library runs
-// on any x86-64.  Other compilers (clang, used for the fuzzing build) get the
-// scalar path alone.
-#if defined(__GNUC__) && !defined(__clang__)
-#define KO_TM_AVX2 1
+#if KO_SIMD_AVX2
 #pragma GCC push_options
 #pragma GCC target("avx2,fma")
-
-// Four points at a time on SLEEF's AVX2 functions; used only inside the
-// functions compiled for AVX2 below, into which everything is inlined.
-struct Avx2Math {
-  using V = v4d;
-  static constexpr int kWidth = 4;
-  const SleefAvx2 *fn;
-  KO_TM_INLINE void load(const double *p, V &x, V &y) const {
-    x = V{p[0], p[2], p[4], p[6]};
-    y = V{p[1], p[3], p[5], p[7]};
-  }
-  KO_TM_INLINE void store(double *p, V x, V y) const {
-    for (int k = 0; k < 4; ++k) {
-      p[2 * k] = x[k];
-      p[2 * k + 1] = y[k];
-    }
-  }
-  KO_TM_INLINE void sincos(V a, V &s, V &c) const {
-    const v4d_pair r = fn->sincos(a);
-    s = r.sin;
-    c = r.cos;
-  }
-  KO_TM_INLINE V atan2(V y, V x) const { return fn->atan2(y, x); }
-  KO_TM_INLINE V log1p(V a) const { return fn->log1p(a); }
-  KO_TM_INLINE V expm1(V a) const { return fn->expm1(a); }
-  KO_TM_INLINE V sqrt(V a) const { return __builtin_ia32_sqrtpd256(a); }
-  // Lanes outside [-pi, pi] (rare) are wrapped one by one.
-  KO_TM_INLINE V wrap(V a) const {
-    const auto outside = (a < -kPi) | (a > kPi);
-    if (outside[0] | outside[1] | outside[2] | outside[3]) {
-      for (int k = 0; k < 4; ++k) a[k] = wrap_longitude(a[k]);
-    }
-    return a;
-  }
-};
+using simd::Avx2Math;
 
 namespace avx2 {
 #include "projections/gauss_kruger_kernels.h"
@@ -176,14 +117,14 @@ namespace avx2 {
 
 // The four-wide loops, compiled for AVX2; they return how many points they
 // did (a multiple of four), the rest is left to the scalar loop.
-int forward_avx2(const SleefAvx2 *fn, const double *d, double lam0, int n, double *coords) {
+int forward_avx2(const Sleef4 *fn, const double *d, double lam0, int n, double *coords) {
   const Avx2Math math{fn};
   int i = 0;
   for (; i + 4 <= n; i += 4) avx2::forward_points(math, d, lam0, coords + 2 * i);
   return i;
 }
 
-int inverse_avx2(const SleefAvx2 *fn, const double *d, double lam0, int n, double *coords) {
+int inverse_avx2(const Sleef4 *fn, const double *d, double lam0, int n, double *coords) {
   const Avx2Math math{fn};
   int i = 0;
   for (; i + 4 <= n; i += 4) avx2::inverse_points(math, d, lam0, coords + 2 * i);
@@ -191,42 +132,40 @@ int inverse_avx2(const SleefAvx2 *fn, const double *d, double lam0, int n, doubl
 }
 
 #pragma GCC pop_options
+#else
+// Scalar-only builds never reach the four-wide loops (sleef4() is null).
+int forward_avx2(const Sleef4 *, const double *, double, int, double *) { return 0; }
+int inverse_avx2(const Sleef4 *, const double *, double, int, double *) { return 0; }
+#endif  // KO_SIMD_AVX2
 
-// Runs a four-wide loop over the whole array: the last one to three points
-// go through it in a padded block, so that a point's result does not depend
-// on its place in the array.
-int run_four_wide(int (*loop)(const SleefAvx2 *, const double *, double, int, double *), const SleefAvx2 *fn,
-                  const double *d, double lam0, int n, double *coords) {
-  const int done = loop(fn, d, lam0, n, coords);
-  const int rest = n - done;
-  if (rest > 0) {
-    double block[8] = {};
-    std::copy(coords + 2 * done, coords + 2 * n, block);
-    loop(fn, d, lam0, 4, block);
-    std::copy(block, block + 2 * rest, coords + 2 * done);
+// Four points at a time when SLEEF's AVX2 functions are there, else one at
+// a time on the C library (point(math, p) converts the point at p).
+template <class Point>
+int ellipsoid_points(int (*loop)(const Sleef4 *, const double *, double, int, double *), Point point,
+                     const double *parms, int n, double *coords, const double *d) {
+  const double lam0 = parms[kCentralMeridian];
+  if (const Sleef4 *fn = simd::sleef4()) {
+    simd::run_four_wide([=](const Sleef4 *f, int m, double *c) { return loop(f, d, lam0, m, c); }, fn, n,
+                        coords);
+    return n;
   }
+  const ScalarMath math;
+  for (int i = 0; i < n; ++i) point(math, d, lam0, coords + 2 * i);
   return n;
 }
-#endif  // KO_TM_AVX2
 
 int ellipsoid_forward(const double *parms, int n, double *coords, const double *d) {
-  const double lam0 = parms[kCentralMeridian];
-#ifdef KO_TM_AVX2
-  if (const SleefAvx2 *fn = sleef_avx2()) return run_four_wide(forward_avx2, fn, d, lam0, n, coords);
-#endif
-  const ScalarMath math;
-  for (int i = 0; i < n; ++i) forward_points(math, d, lam0, coords + 2 * i);
-  return n;
+  const auto point = [](const ScalarMath &m, const double *dv, double lam0, double *p) {
+    forward_points(m, dv, lam0, p);
+  };
+  return ellipsoid_points(forward_avx2, point, parms, n, coords, d);
 }
 
 int ellipsoid_inverse(const double *parms, int n, double *coords, const double *d) {
-  const double lam0 = parms[kCentralMeridian];
-#ifdef KO_TM_AVX2
-  if (const SleefAvx2 *fn = sleef_avx2()) return run_four_wide(inverse_avx2, fn, d, lam0, n, coords);
-#endif
-  const ScalarMath math;
-  for (int i = 0; i < n; ++i) inverse_points(math, d, lam0, coords + 2 * i);
-  return n;
+  const auto point = [](const ScalarMath &m, const double *dv, double lam0, double *p) {
+    inverse_points(m, dv, lam0, p);
+  };
+  return ellipsoid_points(inverse_avx2, point, parms, n, coords, d);
 }
 
 }  // namespace
@@ -307,7 +246,9 @@ int gk_forward(const double *sph, const double *parms, int n, double *coords, co
                const double *dvals) {
   if (!usable_arguments(sph, parms, n, coords)) return 0;
   return with_constants(gk_constants, sph, parms, ivals, dvals, constants_count, [&](const double *d) {
-    return is_sphere(sph[1]) ? sphere_forward(parms, n, coords, d) : ellipsoid_forward(parms, n, coords, d);
+    return oriented(true, parms, n, coords, [&] {
+      return is_sphere(sph[1]) ? sphere_forward(parms, n, coords, d) : ellipsoid_forward(parms, n, coords, d);
+    });
   });
 }
 
@@ -315,7 +256,9 @@ int gk_inverse(const double *sph, const double *parms, int n, double *coords, co
                const double *dvals) {
   if (!usable_arguments(sph, parms, n, coords)) return 0;
   return with_constants(gk_constants, sph, parms, ivals, dvals, constants_count, [&](const double *d) {
-    return is_sphere(sph[1]) ? sphere_inverse(parms, n, coords, d) : ellipsoid_inverse(parms, n, coords, d);
+    return oriented(false, parms, n, coords, [&] {
+      return is_sphere(sph[1]) ? sphere_inverse(parms, n, coords, d) : ellipsoid_inverse(parms, n, coords, d);
+    });
   });
 }
 

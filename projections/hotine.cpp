@@ -24,6 +24,7 @@
 #include "projections/families.h"
 #include "projections/family.h"
 #include "projections/projlist.h"
+#include "projections/simd.h"
 
 namespace ko::proj {
 namespace {
@@ -100,9 +101,14 @@ int azimuth_constants(ko_constants *c, const double *sph, const double *parms, O
   k.sin_g0 = sin_g0;
   k.cos_g0 = std::cos(g0);
   k.lnH = ap.lnF - ap.B * ap.psi_c;  // H = F t0^B, t0 = exp(−ψc)
-  const double G = std::sinh(ap.lnF);  // (F − 1/F) / 2
-  const double arg = std::fmax(-1.0, std::fmin(1.0, G * std::tan(g0)));
-  k.lambda0 = lamc - std::asin(arg) / ap.B;
+  // λ0 = λc − asin(G tan γ0) / B with G = (F − 1/F) / 2 = ±sqrt(D² − 1).
+  // Since sin γ0 = sin αc / D, that angle is atan2(G sin αc, D |cos αc|),
+  // which keeps its digits where the asin's argument nears 1: an azimuth of
+  // 90° (the Swiss and Hungarian grids) puts it at exactly 1, where asin
+  // would lose half the digits (about 9 cm on the ground).
+  const double G = std::sinh(ap.lnF);
+  const double chi = std::atan2(G * std::sin(alphac), std::sqrt(ap.D2) * std::fabs(std::cos(alphac)));
+  k.lambda0 = lamc - chi / ap.B;
   k.uc = origin == Origin::kCentre ? centre_offset(ap, phic, alphac) : 0.0;
   const double gamma_c = rectify == Rectify::kAzimuth ? alphac : parms[slot::kRotation];
   if (!finish(g, parms, ap, gamma_c, k)) return -1;
@@ -153,42 +159,30 @@ int two_point_constants(ko_constants *c, const double *sph, const double *parms,
 // ---------------------------------------------------------------------------
 // Point kernels.
 
-int forward_points(const HotineConstants &k, std::span<double> xy) {
-  int count = 0;
-  for (std::size_t i = 0; i < xy.size(); i += 2) {
-    const double phi = xy[i + 1];
-    const double bl = k.B * ko_delta(xy[i] - k.lambda0);
-    const double w = k.lnH + k.B * isometric_latitude(k.e, phi);
-    const double th = std::tanh(w), sech = 1.0 / std::cosh(w);
-    const double V = std::sin(bl);
-    const double U = th * k.sin_g0 - V * k.cos_g0 * sech;
-    double x = -k.A_B * std::atanh(U);
-    double y = k.A_B * std::atan2(th * k.cos_g0 + V * k.sin_g0 * sech, std::cos(bl) * sech) - k.uc;
-    k.plane.to_grid(x, y);
-    // |U| = 1: the two points 90° from the central line, at infinity.
-    count += store_point(&xy[i], x, y, std::fabs(phi) <= kHalfPi && std::fabs(U) < 1.0);
-  }
-  return count;
-}
+// ---------------------------------------------------------------------------
+// Point kernels (hotine_kernels.h), four points at a time on SLEEF's AVX2
+// functions where the machine has them.
 
-int inverse_points(const HotineConstants &k, std::span<double> xy) {
-  int count = 0;
-  for (std::size_t i = 0; i < xy.size(); i += 2) {
-    double x = xy[i], y = xy[i + 1];
-    k.plane.from_grid(x, y);
-    const double w = -x / k.A_B;
-    const double bu = (y + k.uc) / k.A_B;
-    const double th = std::tanh(w), sech = 1.0 / std::cosh(w);
-    const double V = std::sin(bu);
-    const double U = V * k.cos_g0 * sech + th * k.sin_g0;
-    const double psi = (std::atanh(U) - k.lnH) / k.B;
-    const double phi = latitude_from_isometric(k.conformal, k.e2, psi);
-    const double lam =
-        k.lambda0 - std::atan2(th * k.cos_g0 - V * k.sin_g0 * sech, std::cos(bu) * sech) / k.B;
-    count += store_point(&xy[i], ko_delta(lam), phi, true);
-  }
-  return count;
-}
+#include "projections/simd_blocks.h"
+#include "projections/hotine_kernels.h"
+
+#if KO_SIMD_AVX2
+#pragma GCC push_options
+#pragma GCC target("avx2,fma")
+namespace avx2 {
+#include "projections/simd_blocks.h"
+#include "projections/hotine_kernels.h"
+}  // namespace avx2
+#endif
+KO_SIMD_FOUR_WIDE(forward_avx2, HotineConstants, Conformal, avx2::forward_block)
+KO_SIMD_FOUR_WIDE(inverse_avx2, HotineConstants, Conformal, avx2::inverse_block)
+#if KO_SIMD_AVX2
+#pragma GCC pop_options
+#endif
+
+KO_PROJ_CONFORMAL_KERNELS(HotineConstants,
+                          forward_points, forward_block, forward_avx2,
+                          inverse_points, inverse_block, inverse_avx2)
 
 constexpr auto run = run_kernels<HotineConstants, kTagHotine, forward_points, inverse_points>;
 

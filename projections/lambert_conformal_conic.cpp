@@ -19,6 +19,7 @@
 #include "projections/families.h"
 #include "projections/family.h"
 #include "projections/projlist.h"
+#include "projections/simd.h"
 
 namespace ko::proj {
 namespace {
@@ -175,46 +176,29 @@ int constants_with(ko_constants *c, const double *sph, const double *parms,
 }
 
 // ---------------------------------------------------------------------------
-// Point kernels.
+// Point kernels.  The conformal forms (lcc_kernels.h) run four points at a
+// time on SLEEF's AVX2 functions where the machine has them.
 
-int forward_conformal(const LccConstants &k, std::span<double> xy) {
-  int count = 0;
-  for (std::size_t i = 0; i < xy.size(); i += 2) {
-    const double lam = xy[i], phi = xy[i + 1];
-    const double theta = k.n * ko_delta(lam - k.lambda0);
-    // The pole the cone opens towards is the apex: ρ = 0 exactly (the
-    // double nearest π/2 would leave t^n, and ρ, some centimetres short).
-    const double rho = k.sign * phi >= kHalfPi
-                           ? 0.0
-                           : k.aF * std::exp(-k.n * isometric_latitude(k.e, phi));
-    double x = rho * std::sin(theta);
-    double y = k.rho0 - rho * std::cos(theta);
-    k.plane.to_grid(x, y);
-    // The pole away from the cone's apex maps to infinity.
-    const bool ok = std::fabs(phi) <= kHalfPi && k.sign * phi > -kHalfPi;
-    count += store_point(&xy[i], x, y, ok);
-  }
-  return count;
-}
+#include "projections/simd_blocks.h"
+#include "projections/lcc_kernels.h"
 
-int inverse_conformal(const LccConstants &k, std::span<double> xy) {
-  int count = 0;
-  for (std::size_t i = 0; i < xy.size(); i += 2) {
-    double x = xy[i], y = xy[i + 1];
-    k.plane.from_grid(x, y);
-    const double dx = k.sign * x;
-    const double dy = k.sign * (k.rho0 - y);
-    const double rho = std::hypot(dx, dy);  // |ρ'|
-    const double theta = std::atan2(dx, dy);
-    const double psi = -std::log(rho / std::fabs(k.aF)) / k.n;
-    const double phi = latitude_from_isometric(k.conformal, k.e2, psi);
-    const double lam = ko_delta(k.lambda0 + theta / k.n);
-    // Points outside the developed cone's sector are no image of the map.
-    const bool ok = std::fabs(theta) <= k.theta_max * (1.0 + 1e-12);
-    count += store_point(&xy[i], lam, phi, ok);
-  }
-  return count;
-}
+#if KO_SIMD_AVX2
+#pragma GCC push_options
+#pragma GCC target("avx2,fma")
+namespace avx2 {
+#include "projections/simd_blocks.h"
+#include "projections/lcc_kernels.h"
+}  // namespace avx2
+#endif
+KO_SIMD_FOUR_WIDE(forward_avx2, LccConstants, Conformal, avx2::forward_block)
+KO_SIMD_FOUR_WIDE(inverse_avx2, LccConstants, Conformal, avx2::inverse_block)
+#if KO_SIMD_AVX2
+#pragma GCC pop_options
+#endif
+
+KO_PROJ_CONFORMAL_KERNELS(LccConstants,
+                          forward_conformal, forward_block, forward_avx2,
+                          inverse_conformal, inverse_block, inverse_avx2)
 
 int forward_near_conformal(const LccConstants &k, std::span<double> xy) {
   int count = 0;

@@ -18,6 +18,7 @@
 #include "projections/families.h"
 #include "projections/family.h"
 #include "projections/projlist.h"
+#include "projections/simd.h"
 
 namespace ko::proj {
 namespace {
@@ -97,31 +98,29 @@ int build_auxiliary_sphere(ko_constants *c, const double *sph, const double *par
 }
 
 // ---------------------------------------------------------------------------
-// Point kernels.  Latitudes of ±90° have no image.
+// Point kernels (mercator_kernels.h), four points at a time on SLEEF's AVX2
+// functions where the machine has them.
 
-int forward_points(const MercatorConstants &k, std::span<double> xy) {
-  int count = 0;
-  for (std::size_t i = 0; i < xy.size(); i += 2) {
-    const double phi = xy[i + 1];
-    double x = k.ak0 * ko_delta(xy[i] - k.lambda0);
-    double y = k.ak0 * isometric_latitude(k.e, phi) - k.y0;
-    k.plane.to_grid(x, y);
-    count += store_point(&xy[i], x, y, std::fabs(phi) < kHalfPi);
-  }
-  return count;
-}
+#include "projections/simd_blocks.h"
+#include "projections/mercator_kernels.h"
 
-int inverse_points(const MercatorConstants &k, std::span<double> xy) {
-  int count = 0;
-  for (std::size_t i = 0; i < xy.size(); i += 2) {
-    double x = xy[i], y = xy[i + 1];
-    k.plane.from_grid(x, y);
-    const double phi = latitude_from_isometric(k.conformal, k.e2, (y + k.y0) / k.ak0);
-    const double lam = ko_delta(k.lambda0 + x / k.ak0);
-    count += store_point(&xy[i], lam, phi, true);
-  }
-  return count;
-}
+#if KO_SIMD_AVX2
+#pragma GCC push_options
+#pragma GCC target("avx2,fma")
+namespace avx2 {
+#include "projections/simd_blocks.h"
+#include "projections/mercator_kernels.h"
+}  // namespace avx2
+#endif
+KO_SIMD_FOUR_WIDE(forward_avx2, MercatorConstants, Conformal, avx2::forward_block)
+KO_SIMD_FOUR_WIDE(inverse_avx2, MercatorConstants, Conformal, avx2::inverse_block)
+#if KO_SIMD_AVX2
+#pragma GCC pop_options
+#endif
+
+KO_PROJ_CONFORMAL_KERNELS(MercatorConstants,
+                          forward_points, forward_block, forward_avx2,
+                          inverse_points, inverse_block, inverse_avx2)
 
 // Auxiliary sphere of type 3: geodetic latitudes to authalic ones first.
 int forward_authalic_points(const MercatorConstants &k, std::span<double> xy) {

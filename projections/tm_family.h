@@ -15,7 +15,10 @@
 #pragma once
 
 #include "foundation/internal.h"
+#include "projections/family.h"
 #include "projections/projlist.h"
+
+#include <span>
 
 namespace ko::tm {
 
@@ -180,6 +183,26 @@ int with_constants(ko_proj_constfunc constfunc, const double *sph, const double 
   if (constfunc(temporary, sph, parms) == expected) result = body(ko_constants_dvals(temporary));
   ko_constants_del(temporary);
   return result;
+}
+
+// The plane orientation step of the family (X_Scale, Y_Scale and
+// XY_Plane_Rotation, slots 12 to 14; ko::proj::PlaneOrientation), as the
+// south-orientated Transverse Mercator needs it (EPSG method 9808: X_Scale =
+// Y_Scale = -1).  It is decided once per call: the plain case runs the kernel
+// as it is, an oriented call turns the whole array in one pass after the
+// forward kernel or before the inverse one.  kernel() converts the n points
+// and returns its count; 0, with nothing converted, when the orientation
+// parameters are not finite.
+template <class Kernel>
+int oriented(bool forward, const double *parms, int n, double *coords, Kernel kernel) {
+  if (proj::plain_orientation(parms)) return kernel();
+  proj::PlaneOrientation plane;
+  if (!proj::plane_orientation_from_parms(parms, plane)) return 0;
+  const std::span<double> xy(coords, static_cast<std::size_t>(n) * 2);
+  if (!forward) plane.from_grid(xy);
+  const int count = kernel();
+  if (forward) plane.to_grid(xy);
+  return count;
 }
 
 // Stores ivals [2, count] and takes ownership of dvals; -1 (and dvals freed)

@@ -362,7 +362,9 @@ int complex_forward(const double *sph, const double *parms, int n, double *coord
                     const double *dvals) {
   if (!usable_arguments(sph, parms, n, coords)) return 0;
   return with_constants(complex_constants, sph, parms, ivals, dvals, constants_count, [&](const double *d) {
-    return is_sphere(sph[1]) ? sphere_forward(parms, n, coords, d) : ellipsoid_forward(parms, n, coords, d);
+    return oriented(true, parms, n, coords, [&] {
+      return is_sphere(sph[1]) ? sphere_forward(parms, n, coords, d) : ellipsoid_forward(parms, n, coords, d);
+    });
   });
 }
 
@@ -370,7 +372,9 @@ int complex_inverse(const double *sph, const double *parms, int n, double *coord
                     const double *dvals) {
   if (!usable_arguments(sph, parms, n, coords)) return 0;
   return with_constants(complex_constants, sph, parms, ivals, dvals, constants_count, [&](const double *d) {
-    return is_sphere(sph[1]) ? sphere_inverse(parms, n, coords, d) : ellipsoid_inverse(parms, n, coords, d);
+    return oriented(false, parms, n, coords, [&] {
+      return is_sphere(sph[1]) ? sphere_inverse(parms, n, coords, d) : ellipsoid_inverse(parms, n, coords, d);
+    });
   });
 }
 

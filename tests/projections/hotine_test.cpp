@@ -79,6 +79,11 @@ TEST(Hotine, AgreesWithProj) {
                    {slot::kLonCenter, dms(7, 26, 22.5)},
                    {slot::kAzimuth, dms(90)},
                    {slot::kScaleFactor, 1.0}};
+  const Spheroid kGrs67 = spheroid_rf(6378160.0, 298.247167427);
+  const Parms eov{{slot::kLatCenter, dms(47, 8, 39.8174)},
+                  {slot::kLonCenter, dms(19, 2, 54.8584)},
+                  {slot::kAzimuth, dms(90)},
+                  {slot::kScaleFactor, 0.99993}};
   const Parms two{{slot::kStdParallel1, dms(40)}, {slot::kLon1stPoint, dms(-100)},
                   {slot::kStdParallel2, dms(50)}, {slot::kLon2ndPoint, dms(-80)},
                   {slot::kLatCenter, dms(45)},    {slot::kScaleFactor, 0.9996}};
@@ -97,6 +102,14 @@ TEST(Hotine, AgreesWithProj) {
        omerc_azimuth(south, false, false, "+ellps=WGS84"), 140.0, -45.0, 160.0, -25.0},
       {"Hotine centre, azimuth 90", &kAzCen, kBessel, east,
        omerc_azimuth(east, false, false, "+ellps=bessel"), 5.0, 45.0, 11.0, 48.5},
+      // HD72 / EOV: the central line due east over the width of Hungary,
+      // where an asin at its argument 1 once lost 9 cm.  PROJ's omerc has
+      // the same asin, so the oracle is its somerc, the same map (the
+      // Gauss sphere turned about the centre) written without it.
+      {"Hotine centre, azimuth 90, Hungary", &kAzCen, kGrs67, eov,
+       "+proj=somerc +lat_0=" + num(eov.v[slot::kLatCenter] / kDeg) + " +lon_0=" +
+           num(eov.v[slot::kLonCenter] / kDeg) + " +k_0=0.99993 +a=6378160 +rf=298.247167427",
+       16.1, 45.7, 22.9, 48.6},
       {"two points, centre", &kTwoCen, kWgs84, two, two_proj, -110.0, 35.0, -70.0, 55.0},
   };
   check_proj_cases(cases, 9, 9);

@@ -14,6 +14,10 @@
 #include "tests/projections/tm_test_support.h"
 #include "tests/support/failing_alloc.h"
 
+#ifdef KO_HAVE_PROJ
+#include <proj.h>
+#endif
+
 namespace {
 
 using ko::tmtest::Spheroid;
@@ -206,6 +210,100 @@ TEST_P(TmFamily, RoundTrip) {
     }
   }
 }
+
+// The plane orientation step (X_Scale, Y_Scale and XY_Plane_Rotation in
+// slots 12 to 14) turns and scales the plain result,
+//   x' = Sx (x cos w + y sin w),  y' = Sy (y cos w - x sin w),
+// exactly for the quarter turns; an absent scale (0) is 1; the inverse
+// takes the turned coordinates back to the start.
+TEST_P(TmFamily, PlaneOrientation) {
+  struct Case {
+    double sx, sy, w_deg;
+  } const cases[] = {
+      {-1.0, -1.0, 0.0},  // south-orientated: westing, southing
+      {-1.0, 1.0, 90.0},  // southing, westing
+      {1.0, 1.0, 90.0},   // northing, westing
+      {-1.0, 0.0, 0.0},   // west-orientated, Y_Scale absent
+      {2.0, 0.5, 30.0},
+  };
+  for (const Spheroid &s : {ko::tmtest::kWgs84, kSphere}) {
+    TmSetup plain(vec, s, 9.0, 10.0, 0.9996);
+    const std::vector<double> start = sample_points();
+    std::vector<double> base = start;
+    const int n = static_cast<int>(start.size() / 2);
+    ASSERT_EQ(plain.forward(base), n);
+    for (const Case &c : cases) {
+      SCOPED_TRACE(std::to_string(c.sx) + " " + std::to_string(c.sy) + " " + std::to_string(c.w_deg));
+      TmSetup tm(vec, s, 9.0, 10.0, 0.9996);
+      tm.set_parm(12, c.sx);
+      tm.set_parm(13, c.sy);
+      tm.set_parm(14, c.w_deg * kDeg);
+      const bool quarter = c.w_deg == 0.0 || c.w_deg == 90.0;
+      const double cw = c.w_deg == 90.0 ? 0.0 : std::cos(c.w_deg * kDeg);
+      const double sw = c.w_deg == 90.0 ? 1.0 : std::sin(c.w_deg * kDeg);
+      const double sx = c.sx == 0.0 ? 1.0 : c.sx, sy = c.sy == 0.0 ? 1.0 : c.sy;
+      std::vector<double> xy = start;
+      ASSERT_EQ(tm.forward(xy), n);
+      for (int i = 0; i < n; ++i) {
+        const double x = base[2 * i], y = base[2 * i + 1];
+        const double want_x = sx * (x * cw + y * sw), want_y = sy * (y * cw - x * sw);
+        const double tol = quarter ? 0.0 : 1e-15 * (std::fabs(x) + std::fabs(y));
+        EXPECT_NEAR(xy[2 * i], want_x, tol) << i;
+        EXPECT_NEAR(xy[2 * i + 1], want_y, tol) << i;
+      }
+      ASSERT_EQ(tm.inverse(xy), n);
+      for (int i = 0; i < n; ++i) {
+        EXPECT_NEAR(xy[2 * i + 1] / kDeg, start[2 * i + 1] / kDeg, 1e-9) << i;
+        EXPECT_NEAR(std::remainder(xy[2 * i] - start[2 * i], 2 * M_PI) / kDeg, 0.0, 1e-9) << i;
+      }
+    }
+  }
+}
+
+// An orientation that is not finite converts nothing and leaves the points.
+TEST_P(TmFamily, NonFiniteOrientationConvertsNothing) {
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  for (int slot : {12, 13, 14}) {
+    TmSetup tm(vec, ko::tmtest::kWgs84, 9.0, 0.0, 0.9996);
+    tm.set_parm(slot, nan);
+    std::vector<double> xy{0.1, 0.2, 0.15, 0.3};
+    const std::vector<double> before = xy;
+    EXPECT_EQ(tm.forward(xy), 0) << slot;
+    EXPECT_EQ(xy, before);
+    std::vector<double> en{1e5, 2e6};
+    EXPECT_EQ(tm.inverse(en), 0) << slot;
+    EXPECT_EQ(en, (std::vector<double>{1e5, 2e6}));
+  }
+}
+
+#ifdef KO_HAVE_PROJ
+// South-orientated (EPSG method 9808, Hartebeesthoek94 / Lo25): westing and
+// southing within 1 mm of PROJ's tmerc with the axes west and south.
+TEST_P(TmFamily, SouthOrientatedAgreesWithProj) {
+  PJ_CONTEXT *ctx = proj_context_create();
+  PJ *pj = proj_create(ctx, "+proj=tmerc +lat_0=0 +lon_0=25 +k=1 +x_0=0 +y_0=0 +ellps=WGS84 +axis=wsu");
+  ASSERT_NE(pj, nullptr);
+  TmSetup tm(vec, ko::tmtest::kWgs84, 25.0, 0.0, 1.0);
+  tm.set_parm(12, -1.0);
+  tm.set_parm(13, -1.0);
+  std::vector<double> xy;
+  for (double lat = -35.0; lat <= -22.0; lat += 1.3)
+    for (double lon = 23.5; lon <= 26.5; lon += 0.5) xy.insert(xy.end(), {lon * kDeg, lat * kDeg});
+  const std::vector<double> start = xy;
+  const int n = static_cast<int>(xy.size() / 2);
+  ASSERT_EQ(tm.forward(xy), n);
+  for (int i = 0; i < n; ++i) {
+    const PJ_COORD w = proj_trans(pj, PJ_FWD, proj_coord(start[2 * i], start[2 * i + 1], 0, 0));
+    // Westing grows to the west of the meridian, southing to the south.
+    EXPECT_EQ(xy[2 * i] > 0.0, start[2 * i] < 25.0 * kDeg) << i;
+    EXPECT_GT(xy[2 * i + 1], 0.0) << i;
+    EXPECT_NEAR(xy[2 * i], w.xy.x, 1e-3) << i;
+    EXPECT_NEAR(xy[2 * i + 1], w.xy.y, 1e-3) << i;
+  }
+  proj_destroy(pj);
+  proj_context_destroy(ctx);
+}
+#endif
 
 // A longitude given outside [-180, 180] is wrapped about the central meridian.
 TEST_P(TmFamily, LongitudesAreWrapped) {

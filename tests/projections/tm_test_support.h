@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "ko.h"
-#include "projections/tm_simd.h"
+#include "projections/simd.h"
 
 namespace ko::tmtest {
 
@@ -51,6 +51,9 @@ class TmSetup {
   const double *dvals() const { return ko_constants_dvals(constants_); }
   const double *sph() const { return sph_; }
   const double *parms() const { return parms_; }
+  // Sets a parameter slot that the constants do not depend on (the plane
+  // orientation, slots 12 to 14).
+  void set_parm(int slot, double value) { parms_[slot] = value; }
 
   int forward(std::vector<double> &xy) const {
     return vec_.forward(sph_, parms_, static_cast<int>(xy.size() / 2), xy.data(), ivals(), dvals());
@@ -77,8 +80,8 @@ class TmSetup {
 // Chooses the four-wide kernels (when the machine and SLEEF offer them) or
 // the scalar ones for the life of the object.
 struct KernelChoice {
-  explicit KernelChoice(bool vector) { ko::tm::set_vector_kernels(vector); }
-  ~KernelChoice() { ko::tm::set_vector_kernels(true); }
+  explicit KernelChoice(bool vector) { ko::simd::set_vector_kernels(vector); }
+  ~KernelChoice() { ko::simd::set_vector_kernels(true); }
   KernelChoice(const KernelChoice &) = delete;
   KernelChoice &operator=(const KernelChoice &) = delete;
 };

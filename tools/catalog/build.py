@@ -13,6 +13,44 @@ EPSG = "EPSG"
 LIBRARY_AUTHORITY = "KO"
 LIBRARY_VERSION = "1"
 
+# Units in which mapping.Projection gives fixed parameters, by the
+# parameter's unit type: angles in degrees, scales as factors.
+FIXED_UNITS = {0: None, 1: 9102, 3: 9201}
+FALSE_ORIGIN = (mapping.FALSE_EASTING, mapping.FALSE_NORTHING)
+ORIENTATION_PARAMETERS = (mapping.X_SCALE, mapping.Y_SCALE, mapping.XY_PLANE_ROTATION)
+
+
+def library_slot(lib):
+    """The parameter array slot of a library parameter."""
+    return next(slot for c, _, slot, _ in library.PARAMETERS if c == lib)
+
+
+def orientation_parameters(projection, step):
+    """The library parameters of an orientation step: those that differ
+    from no orientation (X_Scale 1, Y_Scale 1, XY_Plane_Rotation 0), or all
+    three for the projections that always carry them."""
+    neutral = (1.0, 1.0, 0.0)
+    return {lib: v for lib, v, n in zip(ORIENTATION_PARAMETERS, step, neutral)
+            if v != n or projection in mapping.EXPLICIT_ORIENTATION}
+
+
+def turned_false_origin(parms, origin):
+    """parms with EPSG's false easting and northing taken to the library's
+    by the matrix of mapping.orientation (a signed permutation): each
+    library value is one EPSG value, perhaps negated, keeping the EPSG
+    parameter code it came from."""
+    if origin == [[1, 0], [0, 1]]:
+        return parms
+    given = {lib: (aux, v) for lib, aux, v in parms if lib in FALSE_ORIGIN}
+    out = [t for t in parms if t[0] not in FALSE_ORIGIN]
+    for row, lib in zip(origin, FALSE_ORIGIN):
+        source = FALSE_ORIGIN[0] if row[0] != 0 else FALSE_ORIGIN[1]
+        if source in given:
+            aux, v = given[source]
+            sign = row[0] + row[1]
+            out.append((lib, aux, -v if sign < 0 and v != 0.0 else v))
+    return out
+
 # EPSG angular units of coordinate systems onto the library's angular units
 # (the sexagesimal representations are degrees to the library).
 CS_ANGLE_UNITS = {9122: 9102, 9102: 9102, 9108: 9102, 9110: 9102, 9105: 9105, 9101: 9101}
@@ -233,6 +271,16 @@ class Catalog:
             p.wkt1 = r["name"]
 
     # -- geodetic datums and systems ---------------------------------------
+    def cs_axes(self):
+        """EPSG coordinate system -> orientations of its first two axes."""
+        out = {}
+        for r in self.rows("SELECT coordinate_system_code AS cs, coordinate_system_order AS n, "
+                           "orientation FROM axis WHERE auth_name = 'EPSG' "
+                           "AND coordinate_system_auth_name = 'EPSG' AND coordinate_system_order <= 2 "
+                           "ORDER BY cs, n"):
+            out.setdefault(r["cs"], []).append(r["orientation"])
+        return {cs: tuple(a) for cs, a in out.items()}
+
     def cs_units(self):
         """EPSG coordinate system -> (unit of axis 1, dimension, axis 1 orientation)."""
         out = {}
@@ -367,6 +415,7 @@ class Catalog:
 
     def build_projected(self):
         cs = self.cs_units()
+        axes = self.cs_axes()
         param_units = {c: t for c, _, _, t in library.PARAMETERS}
         rows = self.rows(
             "SELECT p.code, p.name, p.coordinate_system_code, p.geodetic_crs_code, p.deprecated, c.* "
@@ -410,8 +459,20 @@ class Catalog:
                         continue
                     parms.append((lib, pcode, self.projection_value(
                         value, uom, param_units[lib], base.unit, unit)))
-                for lib, value in sorted(proj.fixed.items()):
-                    parms.append((lib, 0, float(value)))
+                fixed = dict(proj.fixed)
+                step, origin = mapping.orientation(projection, axes[r["coordinate_system_code"]],
+                                                   proj.false_origin)
+                if step is not None:
+                    taken = {library_slot(lib) for lib, _, _ in parms}
+                    if taken & {library_slot(lib) for lib in ORIENTATION_PARAMETERS}:
+                        raise values.ValueError_("axes %s need the orientation slots, which the "
+                                                 "projection uses" % (axes[r["coordinate_system_code"]],))
+                    fixed.update(orientation_parameters(projection, step))
+                parms = turned_false_origin(parms, origin)
+                for lib, value in sorted(fixed.items()):
+                    uom = FIXED_UNITS[param_units[lib]]
+                    parms.append((lib, 0, self.projection_value(
+                        value, uom, param_units[lib], base.unit, unit)))
             except values.ValueError_ as e:
                 self.omit("projcs", code, name, str(e))
                 continue
@@ -422,6 +483,8 @@ class Catalog:
             p.cs = r["coordinate_system_code"]
             p.parms = sorted(parms, key=lambda t: t[0])
             p.method = method
+            p.axes = mapping.system_axes(axes[r["coordinate_system_code"]])
+            p.step = step
             p.wkt1 = name
 
     def projection_value(self, value, uom, unit_type, angle_unit, length_unit):

@@ -20,6 +20,7 @@ STANDARD_PARALLEL_1 = 100025
 STANDARD_PARALLEL_2 = 100026
 PSEUDO_STANDARD_PARALLEL_1 = 100027
 AUXILIARY_SPHERE_TYPE = 100035
+OPTION = 100036
 X_SCALE = 100037
 Y_SCALE = 100038
 XY_PLANE_ROTATION = 100039
@@ -102,35 +103,98 @@ def _merge(*maps):
 
 class Projection:
     """An EPSG projection method expressed with a library projection:
-    its code, the parameter map (EPSG parameter code -> library code) and
-    the fixed parameters added to every system (library code -> value).
-    The EPSG method listed first for a projection gives its EPSG name."""
+    its code, the parameter map (EPSG parameter code -> library code), the
+    fixed parameters added to every system (library code -> value; angles
+    in degrees, converted to the geographic system's unit like the EPSG
+    values) and false_origin: the plane directions to which the method's
+    formulas add the false easting and the false northing (see
+    orientation).  The EPSG method listed first for a projection gives its
+    EPSG name."""
 
-    def __init__(self, code, params, fixed=None, note=""):
+    def __init__(self, code, params, fixed=None, false_origin=None):
         self.code = code
         self.params = params
         self.fixed = fixed or {}
-        self.note = note
+        self.false_origin = false_origin or EAST_NORTH
 
 
-# Orientation variants: the projections' plane coordinates (x, y) are
-# multiplied by X_Scale and Y_Scale; south-orientated systems (westing,
-# southing) reverse both axes, west-orientated ones the first.
-_SOUTH_WEST = {X_SCALE: -1.0, Y_SCALE: -1.0}
-_WEST = {X_SCALE: -1.0}
+# Plane directions as unit vectors in (east, north).
+DIRECTIONS = {"east": (1, 0), "west": (-1, 0), "north": (0, 1), "south": (0, -1)}
+EAST_NORTH = ("east", "north")
+# The plane coordinates of a library projection, where they are not
+# (easting, northing): Krovak writes (southing, westing).
+PROJECTION_PLANES = {43039: ("south", "west")}
+# Projections whose systems carry X_Scale, Y_Scale and XY_Plane_Rotation
+# even when these change nothing.
+EXPLICIT_ORIENTATION = {43039}
+# EPSG methods whose formulas add the false origin to turned axes.
+_WEST_SOUTH = ("west", "south")
+_WEST_NORTH = ("west", "north")
+
+
+def _dot(u, v):
+    a, b = DIRECTIONS[u], DIRECTIONS[v]
+    return a[0] * b[0] + a[1] * b[1]
+
+
+def system_axes(axes):
+    """The directions a system's coordinates go in, in their order: the
+    EPSG axes, except that a north-east pair is written east first (the
+    order of the library's point functions, as of PROJ's visualisation
+    order) and the polar axes along meridians are the plane's own."""
+    if any(a not in DIRECTIONS for a in axes) or set(axes) == set(EAST_NORTH):
+        return EAST_NORTH
+    if _dot(axes[0], axes[1]) != 0:
+        raise ValueError("axes %s are not perpendicular" % (axes,))
+    return tuple(axes)
+
+
+def orientation(projection, axes, false_origin):
+    """The plane orientation step that turns a projection's plane
+    coordinates into a system's axes, as (X_Scale, Y_Scale,
+    XY_Plane_Rotation in degrees), or None when the axes are the plane's;
+    and the matrix taking EPSG's (false easting, false northing), added
+    along the method's false_origin directions, to the library's, which
+    are added after the step.  The step is
+        x' = Sx (x cos w + y sin w),  y' = Sy (y cos w - x sin w),
+    so a matrix M of the signed permutations is Sx = M00, Sy = M11 without
+    a turn and Sx = M01, Sy = -M10 with a quarter turn."""
+    target = system_axes(axes)
+    plane = PROJECTION_PLANES.get(projection, EAST_NORTH)
+    m = [[_dot(t, k) for k in plane] for t in target]
+    origin = [[_dot(t, d) for d in false_origin] for t in target]
+    if m == [[1, 0], [0, 1]]:
+        step = (1.0, 1.0, 0.0) if projection in EXPLICIT_ORIENTATION else None
+    elif m[0][1] == 0:
+        step = (float(m[0][0]), float(m[1][1]), 0.0)
+    else:
+        step = (float(m[0][1]), float(-m[1][0]), 90.0)
+    return step, origin
+
+
+# Variants chosen by Option (slot 15), as each projection reads it.
+_LCC_NEAR_CONFORMAL = {OPTION: 1.0}
+_LCC_BELGIUM = {OPTION: 2.0}
+_CASSINI_HYPERBOLIC = {OPTION: 1.0}
+_KROVAK_MODIFIED = {OPTION: 1.0}
+_AEQD_MODIFIED = {OPTION: 1.0}
+_AEQD_GUAM = {OPTION: 2.0}
 
 PROJECTIONS = {
     9807: Projection(43006, _NATURAL_ORIGIN),                      # Transverse Mercator
     1111: Projection(43006, _NATURAL_ORIGIN),                      # Transverse Mercator 3D
-    9808: Projection(43006, _NATURAL_ORIGIN, _SOUTH_WEST),         # TM (South Orientated)
+    9808: Projection(43006, _NATURAL_ORIGIN, false_origin=_WEST_SOUTH),  # TM (South Orientated)
     9801: Projection(43091, _NATURAL_ORIGIN),                      # LCC (1SP)
-    9826: Projection(43091, _NATURAL_ORIGIN, _WEST),               # LCC (West Orientated)
+    9826: Projection(43091, _NATURAL_ORIGIN, false_origin=_WEST_NORTH),  # LCC (West Orientated)
+    9817: Projection(43091, _NATURAL_ORIGIN, _LCC_NEAR_CONFORMAL), # LCC Near-Conformal
     9802: Projection(43092, _FALSE_ORIGIN),                        # LCC (2SP)
+    9803: Projection(43092, _FALSE_ORIGIN, _LCC_BELGIUM),          # LCC (2SP Belgium)
     # LCC (2SP Michigan): scaling the ellipsoid by k scales every radius of
     # the cone by k, which is the general conic's scale factor.
     1051: Projection(43020, _merge(_FALSE_ORIGIN, {1038: SCALE_FACTOR})),
     9822: Projection(43007, _FALSE_ORIGIN),                        # Albers Equal Area
     9806: Projection(43028, _NATURAL_ORIGIN),                      # Cassini-Soldner
+    9833: Projection(43028, _NATURAL_ORIGIN, _CASSINI_HYPERBOLIC), # Hyperbolic Cassini-Soldner
     9810: Projection(43066, _NATURAL_ORIGIN),                      # Polar Stereographic (A)
     9829: Projection(43067, _POLAR_B),                             # Polar Stereographic (B)
     9830: Projection(43068, _POLAR_B),                             # Polar Stereographic (C)
@@ -155,37 +219,36 @@ PROJECTIONS = {
                      {AUXILIARY_SPHERE_TYPE: 0.0}),
     9818: Projection(43021, _NATURAL_ORIGIN),                      # American Polyconic
     9811: Projection(43040, _merge(_NATURAL_ORIGIN, {8802: LONGITUDE_OF_ORIGIN})),  # NZMG
-    9819: Projection(43039, _KROVAK, {X_SCALE: 1.0, Y_SCALE: 1.0, XY_PLANE_ROTATION: 0.0}),
-    1041: Projection(43039, _KROVAK, {X_SCALE: -1.0, Y_SCALE: -1.0, XY_PLANE_ROTATION: 0.0}),
+    # Krovak: southing = FN + Xp, westing = FE + Yp; the north-orientated
+    # forms negate both (easting = -westing, northing = -southing).
+    9819: Projection(43039, _KROVAK, false_origin=_WEST_SOUTH),                    # Krovak
+    1041: Projection(43039, _KROVAK, false_origin=_WEST_SOUTH),                    # ... (North Or.)
+    1042: Projection(43039, _KROVAK, _KROVAK_MODIFIED, _WEST_SOUTH),               # Modified
+    1043: Projection(43039, _KROVAK, _KROVAK_MODIFIED, _WEST_SOUTH),               # ... (North Or.)
     1078: Projection(43085, _NATURAL_ORIGIN),                      # Equal Earth
     9835: Projection(43034, _STANDARD_PARALLEL),                   # Lambert Cylindrical EA
     9834: Projection(43034, _STANDARD_PARALLEL),                   # ... (Spherical)
     9827: Projection(43024, _merge(_NATURAL_ORIGIN, {8801: STANDARD_PARALLEL_1})),  # Bonne
     9828: Projection(43024, _merge(_NATURAL_ORIGIN, {8801: STANDARD_PARALLEL_1}),
-                     _SOUTH_WEST),                                 # Bonne (South Orientated)
+                     false_origin=_WEST_SOUTH),                    # Bonne (South Orientated)
     1028: Projection(43061, _merge(_NATURAL_ORIGIN, _STANDARD_PARALLEL)),  # Equidistant Cyl.
     9842: Projection(43061, _merge(_NATURAL_ORIGIN, _STANDARD_PARALLEL,
                                    {8801: STANDARD_PARALLEL_1, 8822: CENTRAL_MERIDIAN})),
     1029: Projection(43002, _merge(_NATURAL_ORIGIN, _STANDARD_PARALLEL)),  # ... (Spherical)
     9823: Projection(43002, _merge(_NATURAL_ORIGIN, {8801: STANDARD_PARALLEL_1})),
-    # Colombia Urban: origin as the centre, the plane's height as Height.
-    1052: Projection(43064, _merge(_NATURAL_ORIGIN, {8801: LATITUDE_OF_CENTER,
-                                                     8802: LONGITUDE_OF_CENTER,
-                                                     1039: HEIGHT})),
+    # Colombia Urban: the natural origin, the plane's height as Height.
+    1052: Projection(43064, _merge(_NATURAL_ORIGIN, {1039: HEIGHT})),
+    # Modified Azimuthal Equidistant (Yap Islands) and the Guam projection,
+    # the azimuthal equidistant's two approximate forms.
+    9832: Projection(43032, _NATURAL_ORIGIN, _AEQD_MODIFIED),
+    9831: Projection(43032, _NATURAL_ORIGIN, _AEQD_GUAM),
 }
 
 # EPSG projection methods that the library cannot express, with the reason
 # written into the list of objects left out.
 UNSUPPORTED_PROJECTIONS = {
-    9803: "Lambert Conic Conformal (2SP Belgium): the 1972 variant's cone-angle correction has no library parameter",
     9816: "Tunisia Mining Grid: a grid notation, not a map projection",
-    9817: "Lambert Conic Near-Conformal: series truncation not in the library",
     9824: "Transverse Mercator Zoned Grid System: a system of zones, not one projection",
-    9831: "Guam Projection: an approximation of the azimuthal equidistant projection not in the library",
-    9832: "Modified Azimuthal Equidistant: an approximation not in the library",
-    9833: "Hyperbolic Cassini-Soldner: not in the library",
-    1042: "Krovak Modified: the polynomial correction of the modified Krovak is not in the library",
-    1043: "Krovak Modified (North Orientated): the polynomial correction is not in the library",
 }
 
 

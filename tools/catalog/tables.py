@@ -279,10 +279,14 @@ class Renderer:
         elif t == "parameter":
             names = {c: n for c, n, _, _ in library.PARAMETERS}
             epsg = self.c.epsg_parameter_names()
+            # An EPSG parameter that means different library parameters in
+            # different methods is named after the meaning the catalogue's
+            # systems use most (methods without systems break ties).
+            usage = collections.Counter(p.method for p in self.c.types["projcs"].values())
             votes = collections.Counter()
             for m, proj in mapping.PROJECTIONS.items():
                 for e, lib in proj.params.items():
-                    votes[(e, lib)] += 1
+                    votes[(e, lib)] += 1 + 1000 * usage[m]
             chosen = {}
             for (e, lib), n in sorted(votes.items(), key=lambda kv: (-kv[1], kv[0])):
                 chosen.setdefault(e, lib)
@@ -574,12 +578,22 @@ def docs_markdown(catalog):
             "| EPSG method | library projection | fixed parameters | systems |", "|---|---|---|---|"]
     for m, proj in sorted(mapping.PROJECTIONS.items()):
         fixed = ", ".join("%s = %g" % (names[c], v) for c, v in sorted(proj.fixed.items()))
+        if proj.false_origin != mapping.EAST_NORTH:
+            fixed += "%sfalse origin added along (%s)" % (", " if fixed else "",
+                                                         ", ".join(proj.false_origin))
         label = projections[proj.code]
         if m in (9812, 9815):
             alt = 43053 if m == 9812 else 43054
             label += " (%d %s when the grid is skewed)" % (alt, projections[alt])
         out.append("| %d %s | %d %s | %s | %d |" % (m, epsg.get(m, ""), proj.code, label,
                                                      fixed, usage[m]))
+    turned = [p for p in sorted(catalog.types["projcs"].values(), key=lambda o: o.code)
+              if p.step is not None and p.step != (1.0, 1.0, 0.0)]
+    out += ["", "Systems whose axes are not the projection's plane coordinates, with the "
+            "orientation written for them (X_Scale, Y_Scale, XY_Plane_Rotation):\n",
+            "| EPSG code | name | axes | orientation |", "|---|---|---|---|"]
+    for p in turned:
+        out.append("| %d | %s | %s | %g, %g, %g |" % (p.code, p.name, ", ".join(p.axes), *p.step))
     methods = dict(library.METHODS)
     tusage = collections.Counter(t_.method for t_ in catalog.types["geogtran"].values())
     epsg = catalog.epsg_method_names("coordinate_operation_method", mapping.TRANSFORMATION_METHODS)

@@ -1,10 +1,10 @@
-// Run-time loading of SLEEF's AVX2 functions for the Transverse Mercator
-// kernels (see tm_simd.h).
-#include "projections/tm_simd.h"
+// Run-time loading of SLEEF's AVX2 functions for the projection kernels
+// (see simd.h).
+#include "projections/simd.h"
 
 #include <dlfcn.h>
 
-namespace ko::tm {
+namespace ko::simd {
 namespace {
 
 template <class F>
@@ -14,8 +14,11 @@ bool bind(void *library, const char *symbol, F &slot) {
   return address != nullptr;
 }
 
-const SleefAvx2 *load() {
-  static SleefAvx2 functions;
+const Sleef4 *load() {
+#if !KO_SIMD_AVX2
+  return nullptr;  // no four-wide kernels compiled
+#else
+  static Sleef4 functions;
   __builtin_cpu_init();
   if (!__builtin_cpu_supports("avx2") || !__builtin_cpu_supports("fma")) return nullptr;
   void *library = dlopen("libsleef.so.3", RTLD_NOW | RTLD_LOCAL);
@@ -23,20 +26,23 @@ const SleefAvx2 *load() {
   // The library stays loaded for the life of the process.
   const bool ok = bind(library, "Sleef_sincosd4_u10avx2", functions.sincos) &&
                   bind(library, "Sleef_atan2d4_u10avx2", functions.atan2) &&
+                  bind(library, "Sleef_logd4_u10avx2", functions.log) &&
                   bind(library, "Sleef_log1pd4_u10avx2", functions.log1p) &&
+                  bind(library, "Sleef_expd4_u10avx2", functions.exp) &&
                   bind(library, "Sleef_expm1d4_u10avx2", functions.expm1);
   return ok ? &functions : nullptr;
+#endif
 }
 
 bool vector_kernels_enabled = true;
 
 }  // namespace
 
-const SleefAvx2 *sleef_avx2() {
-  static const SleefAvx2 *const loaded = load();
+const Sleef4 *sleef4() {
+  static const Sleef4 *const loaded = load();
   return vector_kernels_enabled ? loaded : nullptr;
 }
 
 void set_vector_kernels(bool enabled) { vector_kernels_enabled = enabled; }
 
-}  // namespace ko::tm
+}  // namespace ko::simd
