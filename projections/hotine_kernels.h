@@ -22,7 +22,7 @@ KO_SIMD_INLINE void forward_block(const M &m, const HotineConstants &k, const Co
   V x = -0.5 * k.A_B * m.log1p(2.0 * U / (1.0 - U));
   V y = k.A_B * m.atan2(th * k.cos_g0 + sin_bl * k.sin_g0 * sech, cos_bl * sech) - k.uc;
   turn(k.plane.fwd, x, y);
-  store_points(m, p, x, y, (m.abs(phi) <= kHalfPi) & (m.abs(U) < 1.0));
+  store_points(m, p, x, y, m.both(m.abs(phi) <= kHalfPi, m.abs(U) < 1.0));
 }
 
 template <class M>

@@ -21,7 +21,7 @@ KO_SIMD_INLINE void forward_block(const M &m, const LccConstants &k, const Confo
   V x = rho * sin_t;
   V y = k.rho0 - rho * cos_t;
   turn(k.plane.fwd, x, y);
-  store_points(m, p, x, y, (m.abs(phi) <= kHalfPi) & (signed_phi > -kHalfPi));
+  store_points(m, p, x, y, m.both(m.abs(phi) <= kHalfPi, signed_phi > -kHalfPi));
 }
 
 // Points outside the developed cone's sector are no image of the map.

@@ -92,6 +92,7 @@ struct ScalarMath {
   static V wrap(V a) { return wrap_longitude(a); }
   static V splat(double a) { return a; }
   static V select(Mask m, V a, V b) { return m ? a : b; }
+  static Mask both(Mask a, Mask b) { return a && b; }
   static int count(Mask m) { return m ? 1 : 0; }
 };
 
@@ -139,6 +140,7 @@ struct Avx2Math {
   }
   KO_SIMD_INLINE static V splat(double a) { return V{a, a, a, a}; }
   KO_SIMD_INLINE static V select(Mask m, V a, V b) { return m ? a : b; }
+  KO_SIMD_INLINE static Mask both(Mask a, Mask b) { return a & b; }
   KO_SIMD_INLINE static int count(Mask m) { return static_cast<int>(-(m[0] + m[1] + m[2] + m[3])); }
 };
 

@@ -76,6 +76,6 @@ KO_SIMD_INLINE void turn(const double (&mat)[4], V &x, V &y) {
 template <class M>
 KO_SIMD_INLINE void store_points(const M &m, double *p, typename M::V x, typename M::V y,
                                  typename M::Mask ok) {
-  const typename M::Mask good = ok & ((x - x) == 0.0) & ((y - y) == 0.0);
+  const typename M::Mask good = m.both(ok, m.both((x - x) == 0.0, (y - y) == 0.0));
   m.store(p, m.select(good, x, m.splat(HUGE_VAL)), m.select(good, y, m.splat(HUGE_VAL)));
 }

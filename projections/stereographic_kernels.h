@@ -24,7 +24,7 @@ KO_SIMD_INLINE void forward_oblique_block(const M &m, const StereoConstants &k, 
   V x = scale * cos_chi * sin_lam;
   V y = scale * (sin_chi * k.cos_chi0 - cos_chi * k.sin_chi0 * cos_lam);
   turn(k.plane.fwd, x, y);
-  store_points(m, p, x, y, (m.abs(phi) <= kHalfPi) & (B > 1e-15));
+  store_points(m, p, x, y, m.both(m.abs(phi) <= kHalfPi, B > 1e-15));
 }
 
 // The spherical stereographic inverse (Snyder 1987, 20-18, 21-15, 21-16)
