@@ -179,22 +179,10 @@ int constants_with(ko_constants *c, const double *sph, const double *parms,
 // Point kernels.  The conformal forms (lcc_kernels.h) run four points at a
 // time on SLEEF's AVX2 functions where the machine has them.
 
-#include "projections/simd_blocks.h"
-#include "projections/lcc_kernels.h"
-
-#if KO_SIMD_AVX2
-#pragma GCC push_options
-#pragma GCC target("avx2,fma")
-namespace avx2 {
-#include "projections/simd_blocks.h"
-#include "projections/lcc_kernels.h"
-}  // namespace avx2
-#endif
+#define KO_SIMD_KERNELS "projections/lcc_kernels.h"
+#include "projections/simd_kernels.inc"
 KO_SIMD_FOUR_WIDE(forward_avx2, LccConstants, Conformal, avx2::forward_block)
 KO_SIMD_FOUR_WIDE(inverse_avx2, LccConstants, Conformal, avx2::inverse_block)
-#if KO_SIMD_AVX2
-#pragma GCC pop_options
-#endif
 
 KO_PROJ_CONFORMAL_KERNELS(LccConstants,
                           forward_conformal, forward_block, forward_avx2,

@@ -101,22 +101,10 @@ int build_auxiliary_sphere(ko_constants *c, const double *sph, const double *par
 // Point kernels (mercator_kernels.h), four points at a time on SLEEF's AVX2
 // functions where the machine has them.
 
-#include "projections/simd_blocks.h"
-#include "projections/mercator_kernels.h"
-
-#if KO_SIMD_AVX2
-#pragma GCC push_options
-#pragma GCC target("avx2,fma")
-namespace avx2 {
-#include "projections/simd_blocks.h"
-#include "projections/mercator_kernels.h"
-}  // namespace avx2
-#endif
+#define KO_SIMD_KERNELS "projections/mercator_kernels.h"
+#include "projections/simd_kernels.inc"
 KO_SIMD_FOUR_WIDE(forward_avx2, MercatorConstants, Conformal, avx2::forward_block)
 KO_SIMD_FOUR_WIDE(inverse_avx2, MercatorConstants, Conformal, avx2::inverse_block)
-#if KO_SIMD_AVX2
-#pragma GCC pop_options
-#endif
 
 KO_PROJ_CONFORMAL_KERNELS(MercatorConstants,
                           forward_points, forward_block, forward_avx2,

@@ -166,15 +166,16 @@ void run_four_wide(Loop loop, const Sleef4 *fn, int n, double *coords) {
 // Defines name(fn, k, args, n, coords), the four-wide loop of a block
 // kernel kernel(math, k, args, p) that converts the four points at p with
 // the constants k and the per-call arguments args; it returns how many
-// points it did (a multiple of four).  For use inside a region compiled for
-// AVX2.
+// points it did (a multiple of four).  The loop is compiled for AVX2; the
+// kernel is one of the copies simd_kernels.inc compiles so.
 #if KO_SIMD_AVX2
-#define KO_SIMD_FOUR_WIDE(name, K, Args, kernel)                                             \
-  int name(const ::ko::simd::Sleef4 *fn, const K &k, const Args &args, int n, double *coords) { \
-    const ::ko::simd::Avx2Math math{fn};                                                      \
-    int i = 0;                                                                                \
-    for (; i + 4 <= n; i += 4) kernel(math, k, args, coords + 2 * i);                         \
-    return i;                                                                                 \
+#define KO_SIMD_FOUR_WIDE(name, K, Args, kernel)                                         \
+  __attribute__((target("avx2,fma"))) int name(const ::ko::simd::Sleef4 *fn, const K &k,  \
+                                               const Args &args, int n, double *coords) { \
+    const ::ko::simd::Avx2Math math{fn};                                                  \
+    int i = 0;                                                                            \
+    for (; i + 4 <= n; i += 4) kernel(math, k, args, coords + 2 * i);                     \
+    return i;                                                                             \
   }
 #else
 // Without the AVX2 region the four-wide loop is never reached (sleef4() is

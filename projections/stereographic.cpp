@@ -168,22 +168,10 @@ int polar_bc_constants(ko_constants *c, const double *sph, const double *parms, 
 // Point kernels.  The oblique forms (stereographic_kernels.h) run four
 // points at a time on SLEEF's AVX2 functions where the machine has them.
 
-#include "projections/simd_blocks.h"
-#include "projections/stereographic_kernels.h"
-
-#if KO_SIMD_AVX2
-#pragma GCC push_options
-#pragma GCC target("avx2,fma")
-namespace avx2 {
-#include "projections/simd_blocks.h"
-#include "projections/stereographic_kernels.h"
-}  // namespace avx2
-#endif
+#define KO_SIMD_KERNELS "projections/stereographic_kernels.h"
+#include "projections/simd_kernels.inc"
 KO_SIMD_FOUR_WIDE(forward_oblique_avx2, StereoConstants, Conformal, avx2::forward_oblique_block)
 KO_SIMD_FOUR_WIDE(inverse_oblique_avx2, StereoConstants, Conformal, avx2::inverse_oblique_block)
-#if KO_SIMD_AVX2
-#pragma GCC pop_options
-#endif
 
 KO_PROJ_CONFORMAL_KERNELS(StereoConstants,
                           forward_oblique, forward_oblique_block, forward_oblique_avx2,
