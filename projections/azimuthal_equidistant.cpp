@@ -14,9 +14,9 @@
 // Parameters: slot 2 λ0, slot 6 φ0, slots 12-14 the orientation.  The
 // antipode of the centre (a circle, not a point) has no image; an inverse
 // distance beyond half the equator is refused.
+#include "geodesy/geodesic.h"
 #include "projections/families.h"
 #include "projections/family.h"
-#include "projections/geodesic.h"
 #include "projections/projlist.h"
 
 namespace ko::proj {
@@ -34,7 +34,7 @@ struct AeqdConstants {
   double m0;
   MeridianArc arc;
   PlaneOrientation plane;
-  Geodesic geodesic;
+  geodesy::Geodesic geodesic;
 };
 
 int aeqd_constants_impl(ko_constants *c, const double *sph, const double *parms) {

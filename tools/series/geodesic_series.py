@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Derives the coefficients of the geodesic series of C. F. F. Karney,
 "Algorithms for geodesics", J. Geodesy 87, 43-55 (2013), and writes them as a
-C++ table (objects/geodesic_series.inc).
+C++ table (geodesy/geodesic_series.inc).
 
 The series are derived here from the integrals themselves, with exact
 rational arithmetic (sympy), not copied from any table:
@@ -22,7 +22,7 @@ to eps^N; A3, C3 and C4 are kept to total degree N-1 in n and eps (they enter
 the longitude and area multiplied by the flattening or e^2, which makes up the
 missing order), as in the paper.
 
-Usage: geodesic_series.py [N] > objects/geodesic_series.inc
+Usage: geodesic_series.py [N] > geodesy/geodesic_series.inc
 """
 import sys
 from fractions import Fraction

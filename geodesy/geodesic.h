@@ -1,5 +1,5 @@
-// Geodesics on an ellipsoid of revolution for the projections that need them
-// (the azimuthal equidistant): the direct and the inverse problem after
+// Geodesics on an ellipsoid of revolution, used by the projections that need
+// them (the azimuthal equidistant): the direct and the inverse problem after
 // C. F. F. Karney, "Algorithms for geodesics", J. Geodesy 87, 43-55 (2013),
 // with the series coefficients of ko_geodesic_constants_array_new.  Angles
 // in radians, lengths in metres.  A plain record, so that it can live in a
@@ -8,7 +8,7 @@
 
 #include "ko.h"
 
-namespace ko::proj {
+namespace ko::geodesy {
 
 struct Geodesic {
   double a, f, f1, e2, ep2, n, b;
@@ -29,4 +29,4 @@ struct Geodesic {
   bool inverse(double lat1, double lat2, double lon12, double &s12, double &azi1) const;
 };
 
-}  // namespace ko::proj
+}  // namespace ko::geodesy

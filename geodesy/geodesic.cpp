@@ -7,7 +7,7 @@
 // method on the longitude equation, started from the great-circle or, for
 // nearly antipodal points, the astroid approximation (ibid., sections 4-5),
 // with bisection as the safeguard.
-#include "projections/geodesic.h"
+#include "geodesy/geodesic.h"
 
 #include "foundation/internal.h"
 
@@ -16,7 +16,7 @@
 #include <cstring>
 #include <limits>
 
-namespace ko::proj {
+namespace ko::geodesy {
 namespace {
 
 constexpr int kOrder = KO_GEODESIC_ORDER;
@@ -410,4 +410,4 @@ bool Geodesic::inverse(double lat1, double lat2, double lon12_in, double &s12, d
   return std::isfinite(s12) && std::isfinite(azi1);
 }
 
-}  // namespace ko::proj
+}  // namespace ko::geodesy

@@ -240,7 +240,7 @@ TEST(GeodesicConstants, TableIsReproducedByTheDerivation) {
     text << in.rdbuf();
     return text.str();
   };
-  std::string committed = slurp(std::string(KO_SOURCE_DIR) + "/objects/geodesic_series.inc");
+  std::string committed = slurp(std::string(KO_SOURCE_DIR) + "/geodesy/geodesic_series.inc");
   EXPECT_FALSE(committed.empty());
   EXPECT_EQ(slurp(out), committed);
 }

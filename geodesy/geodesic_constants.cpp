@@ -18,7 +18,7 @@ struct SeriesTerm {
   long long denominator;
 };
 
-#include "objects/geodesic_series.inc"
+#include "geodesy/geodesic_series.inc"
 
 static_assert(kSeriesOrder == KO_GEODESIC_ORDER);
 static_assert(kSeriesRows == KO_GEODESIC_ROWS);
