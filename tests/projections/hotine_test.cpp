@@ -41,7 +41,9 @@ const Parms kBorneo{{slot::kLatCenter, dms(4)},
 // back 5°23'14.113"N 115°48'19.820"E (0.001").  The same grid written with
 // method 9812 (variant A, rectified at the natural origin) has FE = FN = 0
 // (the EPSG record of the Borneo grid says so), so the example's point and
-// grid coordinates hold for the natural-origin form unchanged.
+// grid coordinates hold for the natural-origin form too, to the rounding of
+// the centre's printed Ec, Nc (the two forms differ by 5.4 mm in E and
+// 6.4 mm in N here).
 TEST(Hotine, GuidanceNoteExampleBothVariants) {
   const double lon = dms(115, 48, 19.8196), lat = dms(5, 23, 14.1129);
   const GuidanceExample examples[] = {
