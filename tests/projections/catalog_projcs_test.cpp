@@ -617,6 +617,23 @@ TEST(CatalogProjectedSystems, SystemsWhereProjIsOffMeetThePublishedExamples) {
   }
 }
 
+// The guidance note's worked examples of methods 9829, 1041 and 1078
+// through the factory's systems, so that the catalogue's definitions (the
+// standard parallel's sign, the north-orientated Krovak's quarter turn, the
+// Equal Earth meridian) are held to the printed values as the family tests
+// hold the projections.  Method 1041 is the 9819 example negated (EPSG
+// method record 1041: easting = -westing, northing = -southing).
+TEST(CatalogProjectedSystems, SystemsMeetThePublishedExamples) {
+  const double krovak_lat = dms(50, 12, 32.442);
+  const Example examples[] = {
+      {3032, 120.0, -75.0, 7255380.79, 7053389.56},
+      {5514, dms(16, 50, 59.179), krovak_lat, -568991.00, -1050538.63},
+      {5221, dms(34, 30, 59.179), krovak_lat, -568991.00, -1050538.63},
+      {8858, -2.0454693977 / kDeg, 0.5944163293 / kDeg, -2390749.042, 4242849.758, 0.0001},
+  };
+  for (const Example &e : examples) check_example(e);
+}
+
 // Systems whose methods PROJ 9.1 cannot express, where the guidance note
 // has a worked example: the modified Krovak in both orientations (the
 // Ferro-based systems take the example's longitude east of Ferro, the

@@ -1,5 +1,5 @@
 // Hotine Oblique Mercator / Rectified Skew Orthomorphic: the IOGP guidance
-// note 7-2 example of method 9815, agreement with PROJ's omerc for every
+// note 7-2 example of method 9815 (and 9812), agreement with PROJ's omerc for every
 // form (azimuth or two points, natural origin or centre, rectified or not),
 // and the domain edges.
 #include "projections/families.h"
@@ -36,19 +36,23 @@ const Parms kBorneo{{slot::kLatCenter, dms(4)},
                     {slot::kRotation, dms(53, 7, 48.3685)},
                     {slot::kScaleFactor, 0.99984}};
 
-TEST(Hotine, GuidanceNoteExampleVariantB) {
-  // E, N printed to 0.01 m; the reverse to 0.001".
-  int count = 0;
-  const XY fwd = forward1(kRsoCen, kEverest1967, kBorneo, dms(115, 48, 19.8196),
-                          dms(5, 23, 14.1129), &count);
-  EXPECT_EQ(count, 1);
-  EXPECT_NEAR(fwd.x + 590476.87, 679245.73, 0.005 + 1e-9);
-  EXPECT_NEAR(fwd.y + 442857.65, 596562.78, 0.005 + 1e-9);
-  const XY inv = inverse1(kRsoCen, kEverest1967, kBorneo, 679245.73 - 590476.87,
-                          596562.78 - 442857.65, &count);
-  EXPECT_EQ(count, 1);
-  EXPECT_NEAR(inv.y / kDeg * 3600.0, dms(5, 23, 14.113) / kDeg * 3600.0, 0.0005);
-  EXPECT_NEAR(inv.x / kDeg * 3600.0, dms(115, 48, 19.820) / kDeg * 3600.0, 0.0005);
+// The guidance note's example of method 9815 (variant B): 5°23'14.1129"N
+// 115°48'19.8196"E is E 679245.73, N 596562.78 (0.01 m), and those give
+// back 5°23'14.113"N 115°48'19.820"E (0.001").  The same grid written with
+// method 9812 (variant A, rectified at the natural origin) has FE = FN = 0
+// (the EPSG record of the Borneo grid says so), so the example's point and
+// grid coordinates hold for the natural-origin form too, to the rounding of
+// the centre's printed Ec, Nc (the two forms differ by 5.4 mm in E and
+// 6.4 mm in N here).
+TEST(Hotine, GuidanceNoteExampleBothVariants) {
+  const double lon = dms(115, 48, 19.8196), lat = dms(5, 23, 14.1129);
+  const GuidanceExample examples[] = {
+      {"Hotine variant B (9815)", &kRsoCen, kEverest1967, kBorneo, 1.0, 590476.87, 442857.65, lon,
+       lat, 679245.73, 596562.78},
+      {"Hotine variant A (9812)", &kRsoNat, kEverest1967, kBorneo, 1.0, 0.0, 0.0, lon, lat,
+       679245.73, 596562.78},
+  };
+  for (const GuidanceExample &ex : examples) check_guidance_example(ex);
 }
 
 #ifdef KO_HAVE_PROJ

@@ -1,7 +1,8 @@
 // Krovak: the IOGP guidance note 7-2 examples of methods 9819, 1042 and
-// 1043, agreement with PROJ's krovak (and, for the modified form, PROJ's
-// krovak less the published correction polynomial evaluated here in long
-// double), and the parameter function.
+// 1043 (and 1041, the 9819 example turned north), agreement with PROJ's
+// krovak (and, for the modified form, PROJ's krovak less the published
+// correction polynomial evaluated here in long double), and the parameter
+// function.
 #include "projections/families.h"
 #include "tests/projections/projfam_support.h"
 
@@ -49,6 +50,10 @@ TEST(Krovak, GuidanceNoteExamplesBothWays) {
   const Example examples[] = {
       {"Krovak (9819): southing, westing", krovak_parms(), 0.0, 0.0, lon, lat, 1050538.63,
        568991.00},
+      // Method 1041 is method 9819 with easting = -westing and northing =
+      // -southing (EPSG method record 1041): the same example, negated.
+      {"Krovak North Orientated (1041)", krovak_parms(0.0, true), 0.0, 0.0, lon, lat, -568991.00,
+       -1050538.63},
       {"Krovak Modified (1042): southing, westing", krovak_parms(1.0), 5000000.0, 5000000.0, lon,
        lat, 6050538.71, 5568990.91},
       // E = −(westing), N = −(southing): the false origin enters negated.

@@ -1,5 +1,5 @@
 // Mercator variants A, B, C and the auxiliary-sphere form: IOGP guidance
-// note 7-2 worked examples (methods 9804, 9805, 1044, 1024), agreement with
+// note 7-2 worked examples (methods 9804, 9805, 1044, 1026, 1024), agreement with
 // PROJ, and the domain edges.
 #include "projections/families.h"
 #include "tests/projections/projfam_support.h"
@@ -41,6 +41,11 @@ std::vector<GuidanceExample> examples() {
        Parms{{slot::kCentralMeridian, dms(51)}, {slot::kStdParallel1, dms(42)},
              {slot::kLatOrigin, dms(42)}},
        1.0, 0.0, 0.0, dms(53), dms(53), 165704.29, 1351950.22},
+      // Mercator (Spherical): "World Spherical Mercator", a sphere of radius
+      // 6371007 m, the 1024 example's point.
+      {"World Spherical Mercator (1026)", &kMercA, Spheroid{{6371007.0, 0.0}},
+       Parms{{slot::kCentralMeridian, 0.0}}, 1.0, 0.0, 0.0, dms(-100, 20), dms(24, 22, 54.433),
+       -11156569.90, 2796869.94},
       {"WGS 84 / Pseudo-Mercator (1024)", &kMercAux, kWgs84,
        Parms{{slot::kAuxSphereType, 0.0}}, 1.0, 0.0, 0.0, dms(-100, 20), dms(24, 22, 54.433),
        -11169055.58, 2800000.00},

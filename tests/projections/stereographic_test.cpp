@@ -1,5 +1,5 @@
 // Stereographic family: IOGP guidance note 7-2 worked examples (methods
-// 9809, 9810, 9830), agreement with PROJ's sterea and stere, and the domain
+// 9809, 9810, 9829, 9830), agreement with PROJ's sterea and stere, and the domain
 // edges (antipode, opposite pole, centre).
 #include "projections/families.h"
 #include "tests/projections/projfam_support.h"
@@ -48,6 +48,10 @@ std::vector<GuidanceExample> examples() {
       {"Petrels 1972 / Terre Adelie (9830)", &kPolarC, kIntl1924,
        Parms{{slot::kCentralMeridian, dms(140)}, {slot::kStdParallel1, dms(-67)}}, 1.0, 300000.0,
        200000.0, dms(140, 4, 17.040), dms(-66, 36, 18.820), 303169.52, 244055.72},
+      // The south pole case, the pole taken from the standard parallel's sign.
+      {"WGS 84 / Australian Antarctic Polar Stereographic (9829)", &kPolarB, kWgs84,
+       Parms{{slot::kCentralMeridian, dms(70)}, {slot::kStdParallel1, dms(-71)}}, 1.0, 6000000.0,
+       6000000.0, dms(120), dms(-75), 7255380.79, 7053389.56},
   };
 }
 

@@ -211,6 +211,27 @@ TEST_P(TmFamily, RoundTrip) {
   }
 }
 
+// The worked example of EPSG method 9807 in IOGP publication 373-7-2
+// (guidance note 7-2), OSGB 1936 / British National Grid, with the
+// parameters as the example prints them (Airy 1830 with 1/f = 299.32496,
+// k0 = 0.9996013): 50°30'N 0°30'E is E 577274.99, N 69740.50 (0.01 m), and
+// the reverse of those gives the point back to the printed 0.001".  The
+// printed grid values' rounding is worth less than 0.0002" here.
+TEST_P(TmFamily, GuidanceNoteExampleBothWays) {
+  constexpr double kFe = 400000.0, kFn = -100000.0;
+  constexpr double kE = 577274.99, kN = 69740.50;
+  constexpr double kLat = 50.5, kLon = 0.5;  // degrees
+  TmSetup tm(vec, Spheroid{6377563.396, 1.0 / 299.32496}, -2.0, 49.0, 0.9996013);
+  std::vector<double> xy{kLon * kDeg, kLat * kDeg};
+  ASSERT_EQ(tm.forward(xy), 1);
+  EXPECT_NEAR(xy[0] + kFe, kE, 0.005 + 1e-9);
+  EXPECT_NEAR(xy[1] + kFn, kN, 0.005 + 1e-9);
+  xy = {kE - kFe, kN - kFn};
+  ASSERT_EQ(tm.inverse(xy), 1);
+  EXPECT_NEAR(xy[0] / kDeg * 3600.0, kLon * 3600.0, 0.0005);
+  EXPECT_NEAR(xy[1] / kDeg * 3600.0, kLat * 3600.0, 0.0005);
+}
+
 // The plane orientation step (X_Scale, Y_Scale and XY_Plane_Rotation in
 // slots 12 to 14) turns and scales the plain result,
 //   x' = Sx (x cos w + y sin w),  y' = Sy (y cos w - x sin w),
