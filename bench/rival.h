@@ -7,6 +7,7 @@
 
 #include <benchmark/benchmark.h>
 #include <proj.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -82,9 +83,9 @@ inline constexpr const char *kPerPoint = "per_point";
 // pause costs microseconds against conversions of tens of milliseconds,
 // while a copy in the timed region (1-2 ns a point) would add the same
 // constant to both libraries and flatten their ratio.  `convert` takes the
-// copy and returns how many points it converted; fewer than `points` ends
-// the run with an error, so that a library that stops early is not
-// reported as fast.
+// copy and returns how many points it converted; any other count than
+// `points` (ko's negative failure counts included) ends the run with an
+// error, so that a library that stops early is not reported as fast.
 template <class Input, class Convert>
 void time_on_copies(benchmark::State &state, const Input &input, std::size_t points,
                     Convert convert) {
@@ -113,9 +114,12 @@ void time_on_copies(benchmark::State &state, const Input &input, std::size_t poi
 // Console output as usual, and for every run (by the name it was
 // registered with) its CPU time per iteration and, where the run set it,
 // its CPU time per point.  With --benchmark_repetitions the median of the
-// repetitions is kept.
+// repetitions is kept.  Colours only on a terminal, so that output sent to
+// a file stays plain text.
 class SummaryReporter : public benchmark::ConsoleReporter {
  public:
+  SummaryReporter() : ConsoleReporter(isatty(STDOUT_FILENO) != 0 ? OO_ColorTabular : OO_Tabular) {}
+
   void ReportRuns(const std::vector<Run> &runs) override {
     ConsoleReporter::ReportRuns(runs);
     for (const Run &run : runs) {
