@@ -116,24 +116,36 @@ constexpr Direction kDirections[] = {
     {"inverse", ko_proj_to_geog, PJ_INV, &Prepared::projected},
 };
 
-std::string run_name(const Prepared &p, const Direction &d, const char *library) {
-  return p.name() + "/" + d.name + "/" + library;
+// The two libraries, each converting a copy of a direction's input in
+// place and returning its count of converted points.
+struct Library {
+  const char *name;
+  int64_t (*convert)(const Prepared &, const Direction &, std::vector<double> &);
+};
+
+constexpr Library kLibraries[] = {
+    {"ko",
+     [](const Prepared &p, const Direction &d, std::vector<double> &xy) -> int64_t {
+       return d.ko(p.ko.get(), static_cast<int>(kPoints), xy.data());
+     }},
+    {"PROJ",
+     [](const Prepared &p, const Direction &d, std::vector<double> &xy) -> int64_t {
+       return static_cast<int64_t>(ko::bench::proj_run(p.proj.get(), d.proj, xy));
+     }},
+};
+
+std::string run_name(const Prepared &p, const Direction &d, const Library &library) {
+  return p.name() + "/" + d.name + "/" + library.name;
 }
 
 void register_benchmarks(const Prepared &p) {
-  for (const Direction &d : kDirections) {
-    const std::vector<double> &input = p.*d.input;
-    benchmark::RegisterBenchmark(run_name(p, d, "ko").c_str(), [&p, &d, &input](benchmark::State &state) {
-      ko::bench::time_on_copies(state, input, kPoints, [&](std::vector<double> &xy) {
-        return d.ko(p.ko.get(), static_cast<int>(kPoints), xy.data());
+  for (const Direction &d : kDirections)
+    for (const Library &library : kLibraries)
+      ko::bench::register_run(run_name(p, d, library), [&p, &d, &library](benchmark::State &state) {
+        ko::bench::time_on_copies(state, p.*d.input, kPoints, [&](std::vector<double> &xy) {
+          return library.convert(p, d, xy);
+        });
       });
-    })->Unit(benchmark::kMillisecond)->MinTime(1.0);
-    benchmark::RegisterBenchmark(run_name(p, d, "PROJ").c_str(), [&p, &d, &input](benchmark::State &state) {
-      ko::bench::time_on_copies(state, input, kPoints, [&](std::vector<double> &xy) {
-        return ko::bench::proj_run(p.proj.get(), d.proj, xy);
-      });
-    })->Unit(benchmark::kMillisecond)->MinTime(1.0);
-  }
 }
 
 }  // namespace
@@ -153,11 +165,12 @@ int main(int argc, char **argv) {
   ko::bench::SummaryReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   std::printf("\n%zu points per system, CPU time per point\n", kPoints);
+  const auto &[ours, theirs] = kLibraries;
   for (const Prepared &p : prepared) {
     if (p.system == nullptr) continue;
     for (const Direction &d : kDirections)
-      ko::bench::print_ratio(reporter, p.name() + " " + d.name, run_name(p, d, "ko"),
-                             run_name(p, d, "PROJ"));
+      ko::bench::print_ratio(reporter, p.name() + " " + d.name, run_name(p, d, ours),
+                             run_name(p, d, theirs));
   }
   std::printf("\n");
   for (const Prepared &p : prepared) {

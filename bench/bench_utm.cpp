@@ -11,8 +11,8 @@
 // After the runs: ns per point of both libraries and PROJ's time over ko's,
 // the kernel's share, the building costs, and how far ko's results lie
 // from PROJ's (the program fails when they disagree).
-#include <cstdio>
 #include <cmath>
+#include <cstdio>
 #include <memory>
 #include <random>
 #include <string>
@@ -55,9 +55,9 @@ struct Zone {
   const ko_constants *constants = nullptr;
 
   std::vector<double> geographic = zone_points();
-  std::vector<double> radians;            // the points in radians, for the kernel
-  std::vector<double> projected;          // PROJ's projection of the points
-  std::vector<double> from_origin;        // the same less the false easting, for the kernel
+  std::vector<double> radians;      // the points in radians, for the kernel
+  std::vector<double> projected;    // PROJ's projection of the points
+  std::vector<double> from_origin;  // the same less the false easting, for the kernel
 
   bool ready() const { return ko != nullptr && proj != nullptr && constants != nullptr; }
 
@@ -101,7 +101,9 @@ constexpr PointRun kPointRuns[] = {
     {"forward", "ko_kernel", &Zone::radians,
      [](const Zone &z, std::vector<double> &xy) { return count(z.kernel_forward(xy)); }},
     {"forward", "PROJ", &Zone::geographic,
-     [](const Zone &z, std::vector<double> &xy) { return ko::bench::proj_run(z.proj.get(), PJ_FWD, xy); }},
+     [](const Zone &z, std::vector<double> &xy) {
+       return ko::bench::proj_run(z.proj.get(), PJ_FWD, xy);
+     }},
     {"inverse", "ko", &Zone::projected,
      [](const Zone &z, std::vector<double> &xy) {
        return count(ko_proj_to_geog(z.ko.get(), static_cast<int>(kPoints), xy.data()));
@@ -109,7 +111,9 @@ constexpr PointRun kPointRuns[] = {
     {"inverse", "ko_kernel", &Zone::from_origin,
      [](const Zone &z, std::vector<double> &xy) { return count(z.kernel_inverse(xy)); }},
     {"inverse", "PROJ", &Zone::projected,
-     [](const Zone &z, std::vector<double> &xy) { return ko::bench::proj_run(z.proj.get(), PJ_INV, xy); }},
+     [](const Zone &z, std::vector<double> &xy) {
+       return ko::bench::proj_run(z.proj.get(), PJ_INV, xy);
+     }},
 };
 
 std::string point_run_name(const char *direction, const char *library) {
@@ -157,8 +161,10 @@ struct BuildRun {
 };
 
 constexpr BuildRun kBuildRuns[] = {
-    {"create", "create a projected system", [](Built &b) { b.clear(); }, [](Built &b) { return b.create(); }},
-    {"load_constants", "load its constants", [](Built &b) { b.unload(); }, [](Built &b) { return b.load(); }},
+    {"create", "create a projected system", [](Built &b) { b.clear(); },
+     [](Built &b) { return b.create(); }},
+    {"load_constants", "load its constants", [](Built &b) { b.unload(); },
+     [](Built &b) { return b.load(); }},
     {"first_point", "first one-point forward (load included)", [](Built &b) { b.unload(); },
      [](Built &b) { return b.first_point(); }},
 };
@@ -189,31 +195,26 @@ std::string build_run_name(const BuildRun &run) { return kZone + "/" + run.name;
 
 void register_benchmarks(const Zone &zone) {
   for (const PointRun &run : kPointRuns)
-    benchmark::RegisterBenchmark(point_run_name(run.direction, run.library).c_str(),
-                                 [&zone, &run](benchmark::State &state) {
-                                   ko::bench::time_on_copies(state, zone.*run.input, kPoints,
-                                                             [&](std::vector<double> &xy) {
-                                                               return run.convert(zone, xy);
-                                                             });
-                                 })
-        ->Unit(benchmark::kMillisecond)
-        ->MinTime(1.0);
+    ko::bench::register_run(
+        point_run_name(run.direction, run.library), [&zone, &run](benchmark::State &state) {
+          ko::bench::time_on_copies(state, zone.*run.input, kPoints,
+                                    [&](std::vector<double> &xy) { return run.convert(zone, xy); });
+        });
   for (const BuildRun &run : kBuildRuns)
-    benchmark::RegisterBenchmark(build_run_name(run).c_str(),
-                                 [&run](benchmark::State &state) { time_build_step(state, run); })
-        ->Unit(benchmark::kMillisecond)
-        ->MinTime(1.0);
+    ko::bench::register_run(build_run_name(run),
+                            [&run](benchmark::State &state) { time_build_step(state, run); });
 }
 
 void print_summary(const ko::bench::SummaryReporter &r) {
   for (const char *direction : {"forward", "inverse"}) {
     const std::string label = kZone + " " + direction;
-    ko::bench::print_ratio(r, label, point_run_name(direction, "ko"), point_run_name(direction, "PROJ"));
+    ko::bench::print_ratio(r, label, point_run_name(direction, "ko"),
+                           point_run_name(direction, "PROJ"));
     const double frame = r.ns_per_point(point_run_name(direction, "ko"));
     const double kernel = r.ns_per_point(point_run_name(direction, "ko_kernel"));
     if (!std::isnan(frame) && !std::isnan(kernel))
-      std::printf("%-24s kernel alone %7.1f ns/point, frame %+5.1f ns/point\n", label.c_str(), kernel,
-                  frame - kernel);
+      std::printf("%-24s kernel alone %7.1f ns/point, frame %+5.1f ns/point\n", label.c_str(),
+                  kernel, frame - kernel);
   }
   for (const BuildRun &run : kBuildRuns) {
     const double ns = r.cpu_ns_per_iteration(build_run_name(run));

@@ -48,9 +48,10 @@ inline ProjPtr proj_geographic_to_projected(PJ_CONTEXT *ctx, int code) {
   const ProjPtr projected(proj_create(ctx, id.c_str()));
   const ProjPtr geographic(projected != nullptr ? proj_crs_get_geodetic_crs(ctx, projected.get())
                                                 : nullptr);
-  const ProjPtr op(geographic != nullptr ? proj_create_crs_to_crs_from_pj(
-                                               ctx, geographic.get(), projected.get(), nullptr, nullptr)
-                                         : nullptr);
+  const ProjPtr op(
+      geographic != nullptr
+          ? proj_create_crs_to_crs_from_pj(ctx, geographic.get(), projected.get(), nullptr, nullptr)
+          : nullptr);
   return ProjPtr(op != nullptr ? proj_normalize_for_visualization(ctx, op.get()) : nullptr);
 }
 
@@ -108,6 +109,15 @@ void time_on_copies(benchmark::State &state, const Input &input, std::size_t poi
       benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
+// Registers `run` under `name` in milliseconds, for at least a second of
+// CPU time (a few iterations of a million points).
+template <class Run>
+void register_run(const std::string &name, Run &&run) {
+  benchmark::RegisterBenchmark(name.c_str(), std::forward<Run>(run))
+      ->Unit(benchmark::kMillisecond)
+      ->MinTime(1.0);
+}
+
 // ---------------------------------------------------------------------------
 // Summary.
 
@@ -158,8 +168,8 @@ inline void print_ratio(const SummaryReporter &r, const std::string &label,
                         const std::string &ko_run, const std::string &proj_run_name) {
   const double ours = r.ns_per_point(ko_run), theirs = r.ns_per_point(proj_run_name);
   if (std::isnan(ours) || std::isnan(theirs)) return;
-  std::printf("%-24s ko %7.1f ns/point   PROJ %7.1f ns/point   PROJ/ko %5.2f\n", label.c_str(), ours,
-              theirs, theirs / ours);
+  std::printf("%-24s ko %7.1f ns/point   PROJ %7.1f ns/point   PROJ/ko %5.2f\n", label.c_str(),
+              ours, theirs, theirs / ours);
 }
 
 // ---------------------------------------------------------------------------
