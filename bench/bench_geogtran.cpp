@@ -11,11 +11,10 @@
 // ko's.
 #include "ko.h"
 
-#include <benchmark/benchmark.h>
-#include <proj.h>
+#include "bench/rival.h"
 
+#include <array>
 #include <cstdio>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -71,31 +70,14 @@ struct Transformation {
   ~Transformation() { ko_geogtran_del(gt); }
 };
 
-struct ProjHandle {
-  PJ_CONTEXT *ctx = proj_context_create();
-  PJ *op = nullptr;
-  ProjHandle() { proj_log_level(ctx, PJ_LOG_NONE); }
-  ~ProjHandle() {
-    proj_destroy(op);
-    proj_context_destroy(ctx);
-  }
-};
-
 void run_ko(benchmark::State &state, ko_geogtran *gt, const Points &points) {
   if (gt == nullptr) {
     state.SkipWithError("ko could not build the transformation");
     return;
   }
-  std::vector<double> coord;
-  for (auto _ : state) {
-    state.PauseTiming();
-    coord = points.lonlat;
-    state.ResumeTiming();
-    const int32_t n = ko_geog_to_geog(gt, kPoints, coord.data(), nullptr, 0);
-    if (n != kPoints) state.SkipWithError("not every point converted");
-    benchmark::DoNotOptimize(coord.data());
-  }
-  state.SetItemsProcessed(state.iterations() * kPoints);
+  ko::bench::time_on_copies(state, points.lonlat, kPoints, [gt](std::vector<double> &coord) {
+    return ko_geog_to_geog(gt, kPoints, coord.data(), nullptr, 0);
+  });
 }
 
 // first/second: the arrays in the operation's axis order.
@@ -105,19 +87,10 @@ void run_proj(benchmark::State &state, PJ *op, const std::vector<double> &first,
     state.SkipWithError("PROJ could not build the operation");
     return;
   }
-  std::vector<double> a, b;
-  for (auto _ : state) {
-    state.PauseTiming();
-    a = first;
-    b = second;
-    state.ResumeTiming();
-    const std::size_t n = proj_trans_generic(op, PJ_FWD, a.data(), sizeof(double), kPoints,
-                                             b.data(), sizeof(double), kPoints, nullptr, 0, 0,
-                                             nullptr, 0, 0);
-    if (n != static_cast<std::size_t>(kPoints)) state.SkipWithError("PROJ converted fewer points");
-    benchmark::DoNotOptimize(a.data());
-  }
-  state.SetItemsProcessed(state.iterations() * kPoints);
+  const std::array<std::vector<double>, 2> input{first, second};
+  ko::bench::time_on_copies(state, input, kPoints, [op](std::array<std::vector<double>, 2> &c) {
+    return ko::bench::proj_run(op, PJ_FWD, c[0], c[1]);
+  });
 }
 
 void BM_ko_position_vector(benchmark::State &state) {
@@ -134,10 +107,10 @@ void BM_ko_position_vector(benchmark::State &state) {
 }
 
 void BM_proj_position_vector(benchmark::State &state) {
-  ProjHandle proj;
-  proj.op = proj_create_from_database(proj.ctx, "EPSG", "1314",
-                                      PJ_CATEGORY_COORDINATE_OPERATION, 0, nullptr);
-  run_proj(state, proj.op, uk().lat, uk().lon);
+  const ko::bench::ProjContextPtr ctx = ko::bench::proj_quiet_context();
+  const ko::bench::ProjPtr op(proj_create_from_database(
+      ctx.get(), "EPSG", "1314", PJ_CATEGORY_COORDINATE_OPERATION, 0, nullptr));
+  run_proj(state, op.get(), uk().lat, uk().lon);
 }
 
 void BM_ko_ntv2(benchmark::State &state) {
@@ -149,13 +122,13 @@ void BM_ko_ntv2(benchmark::State &state) {
 }
 
 void BM_proj_ntv2(benchmark::State &state) {
-  ProjHandle proj;
+  const ko::bench::ProjContextPtr ctx = ko::bench::proj_quiet_context();
   const std::string def = std::string(
                               "+proj=pipeline +step +proj=unitconvert +xy_in=deg +xy_out=rad "
                               "+step +proj=hgridshift +grids=") +
                           kGrid + " +step +proj=unitconvert +xy_in=rad +xy_out=deg";
-  proj.op = proj_create(proj.ctx, def.c_str());
-  run_proj(state, proj.op, germany().lon, germany().lat);
+  const ko::bench::ProjPtr op(proj_create(ctx.get(), def.c_str()));
+  run_proj(state, op.get(), germany().lon, germany().lat);
 }
 
 BENCHMARK(BM_ko_position_vector)->Unit(benchmark::kMillisecond)->MinTime(2.0);
@@ -163,39 +136,15 @@ BENCHMARK(BM_proj_position_vector)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 BENCHMARK(BM_ko_ntv2)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 BENCHMARK(BM_proj_ntv2)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 
-// Console output as usual, and the CPU time per point of each run kept for
-// the summary.
-class SummaryReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run> &runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run &run : runs) {
-      if (run.error_occurred || run.iterations == 0) continue;
-      ns_per_point[run.benchmark_name()] =
-          run.GetAdjustedCPUTime() * 1e6 / kPoints;  // the unit is milliseconds
-    }
-  }
-  std::map<std::string, double> ns_per_point;
-};
-
-void print_ratio(const SummaryReporter &r, const char *what, const std::string &ours,
-                 const std::string &theirs) {
-  const auto a = r.ns_per_point.find(ours + "/min_time:2.000");
-  const auto b = r.ns_per_point.find(theirs + "/min_time:2.000");
-  if (a == r.ns_per_point.end() || b == r.ns_per_point.end()) return;
-  std::printf("%-16s ko %7.1f ns/point   PROJ %7.1f ns/point   PROJ/ko %.2f\n", what, a->second,
-              b->second, b->second / a->second);
-}
-
 }  // namespace
 
 int main(int argc, char **argv) {
   benchmark::Initialize(&argc, argv);
-  SummaryReporter reporter;
+  ko::bench::SummaryReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   std::printf("\n");
-  print_ratio(reporter, "Position_Vector", "BM_ko_position_vector", "BM_proj_position_vector");
-  print_ratio(reporter, "NTv2", "BM_ko_ntv2", "BM_proj_ntv2");
+  ko::bench::print_ratio(reporter, "Position_Vector", "BM_ko_position_vector", "BM_proj_position_vector");
+  ko::bench::print_ratio(reporter, "NTv2", "BM_ko_ntv2", "BM_proj_ntv2");
   benchmark::Shutdown();
   return 0;
 }

@@ -4,41 +4,59 @@
 //   EPSG:3857  WGS 84 / Pseudo-Mercator Mercator_Auxiliary_Sphere
 //   EPSG:28992 Amersfoort / RD New      Double_Stereographic
 //   EPSG:3375  GDM2000 / Peninsula RSO  Rectified_Skew_Orthomorphic_Natural_Origin
-// Each system is built by the factory; PROJ converts from the system's
-// geographic system to "EPSG:<code>" normalised for visualisation with
-// proj_trans_generic.  Points are spread at random over the system's area
-// of use (degrees).  Prints ns per point of both and PROJ's time over ours,
-// forward and inverse, and how far the two libraries' results lie apart.
-//
-// Times are process CPU time (the machine may be shared), the best of
-// several repetitions of each measurement.
-#include <proj.h>
-
-#include <algorithm>
-#include <cmath>
+// Each system is built by the factory and converted with ko_geog_to_proj /
+// ko_proj_to_geog; PROJ converts from the system's geographic system to
+// "EPSG:<code>" normalised for visualisation with proj_trans_generic.
+// Points are spread at random over the system's area of use (degrees); the
+// inverse runs on PROJ's projection of them.  One benchmark per system,
+// direction and library (CPU time; the input is copied afresh, untimed,
+// before each iteration).  After the runs: ns per point of both and PROJ's
+// time over ko's per system and direction, then how far the two
+// libraries' results lie apart (the program fails when they disagree).
 #include <cstdio>
-#include <functional>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
 
-#include "bench/bench_timing.h"
+#include "bench/rival.h"
 #include "ko.h"
 
 namespace {
 
-constexpr int kPoints = 1000000;
-constexpr int kRepetitions = 5;
-constexpr double kDeg = 0.017453292519943295;
+using ko::bench::ProjPtr;
 
-// Best time in seconds of `run` on a fresh copy of `input` in `work`.
-double best_of(const std::vector<double> &input, std::vector<double> &work,
-               const std::function<void(std::vector<double> &)> &run) {
-  return ko::bench::best_of(kRepetitions, [&] { work = input; }, [&] { run(work); });
-}
+constexpr std::size_t kPoints = 1000000;
+
+struct System {
+  int code;
+  const char *label;
+};
+
+constexpr System kSystems[] = {
+    {2154, "RGF93 / Lambert-93 (Lambert_Conformal_Conic_2SP)"},
+    {3857, "WGS 84 / Pseudo-Mercator (Mercator_Auxiliary_Sphere)"},
+    {28992, "Amersfoort / RD New (Double_Stereographic)"},
+    {3375, "GDM2000 / Peninsula RSO (Hotine)"},
+};
+
+struct KoProjcsDelete {
+  void operator()(ko_projcs *p) const noexcept { ko_projcs_del(p); }
+};
+
+// A system ready to run: both libraries' objects, the geographic points and
+// PROJ's projection of them.
+struct Prepared {
+  const System *system = nullptr;
+  std::unique_ptr<ko_projcs, KoProjcsDelete> ko;
+  ProjPtr proj;
+  std::vector<double> geographic;
+  std::vector<double> projected;
+  std::string name() const { return "EPSG:" + std::to_string(system->code); }
+};
 
 // Random longitude/latitude pairs (degrees) over the area of use.
-std::vector<double> points_in_area(int32_t code) {
+std::vector<double> points_in_area(int code) {
   const ko_db_areacode_rec *ac =
       ko_db_builtin_areacode_lookup(ko_db_builtin_data_find(KO_TYPE_PROJCS), code);
   const ko_db_extent_rec *e =
@@ -46,7 +64,7 @@ std::vector<double> points_in_area(int32_t code) {
   if (e == nullptr) return {};
   std::mt19937_64 rng(static_cast<uint64_t>(code));
   std::uniform_real_distribution<double> lon(e->west, e->east), lat(e->south, e->north);
-  std::vector<double> v(2 * static_cast<std::size_t>(kPoints));
+  std::vector<double> v(2 * kPoints);
   for (std::size_t i = 0; i < v.size(); i += 2) {
     v[i] = lon(rng);
     v[i + 1] = lat(rng);
@@ -54,87 +72,111 @@ std::vector<double> points_in_area(int32_t code) {
   return v;
 }
 
-PJ *proj_operation(PJ_CONTEXT *ctx, int32_t code) {
-  const std::string id = "EPSG:" + std::to_string(code);
-  PJ *crs = proj_create(ctx, id.c_str());
-  PJ *geographic = crs != nullptr ? proj_crs_get_geodetic_crs(ctx, crs) : nullptr;
-  PJ *op = geographic != nullptr ? proj_create_crs_to_crs_from_pj(ctx, geographic, crs, nullptr, nullptr)
-                                 : nullptr;
-  PJ *norm = op != nullptr ? proj_normalize_for_visualization(ctx, op) : nullptr;
-  proj_destroy(op);
-  proj_destroy(geographic);
-  proj_destroy(crs);
-  return norm;
-}
-
-std::size_t proj_run(PJ *pj, PJ_DIRECTION dir, std::vector<double> &v) {
-  return proj_trans_generic(pj, dir, v.data(), 2 * sizeof(double), kPoints, v.data() + 1,
-                            2 * sizeof(double), kPoints, nullptr, 0, 0, nullptr, 0, 0);
-}
-
-double ns_per_point(double seconds) { return seconds * 1e9 / kPoints; }
-
-// Largest distance between two arrays of points, by the given metric.
-double largest(const std::vector<double> &a, const std::vector<double> &b, bool angles) {
-  double worst = 0.0;
-  for (std::size_t i = 0; i < a.size(); i += 2) {
-    double dx = a[i] - b[i], dy = a[i + 1] - b[i + 1];
-    if (angles) dx = std::remainder(dx, 360.0) * std::cos(b[i + 1] * kDeg);
-    worst = std::max(worst, std::hypot(dx, dy));
+// Null system when either library cannot build it.
+Prepared prepare(PJ_CONTEXT *ctx, const System &s) {
+  Prepared p;
+  p.ko.reset(ko_factory_projcs_from_code(s.code));
+  p.proj = ko::bench::proj_geographic_to_projected(ctx, s.code);
+  p.geographic = points_in_area(s.code);
+  if (p.ko == nullptr || p.proj == nullptr || p.geographic.empty() ||
+      ko_projcs_load_constants(p.ko.get()) != 1) {
+    std::fprintf(stderr, "EPSG:%d cannot be built\n", s.code);
+    return {};
   }
-  return worst;
+  p.system = &s;
+  p.projected = p.geographic;
+  ko::bench::proj_run(p.proj.get(), PJ_FWD, p.projected);
+  return p;
 }
 
-struct System {
-  int32_t code;
-  const char *label;
+// How far ko's results lie from PROJ's: ko's projection of the points
+// against PROJ's, and ko's inverse of PROJ's projection against the points.
+bool check_agreement(const Prepared &p) {
+  std::vector<double> forward = p.geographic, inverse = p.projected;
+  const int n = static_cast<int>(kPoints);
+  const bool converted = ko_geog_to_proj(p.ko.get(), n, forward.data()) == n &&
+                         ko_proj_to_geog(p.ko.get(), n, inverse.data()) == n;
+  if (!converted) std::printf("%s: ko did not convert every point\n", p.name().c_str());
+  return ko::bench::print_agreement(p.name() + " " + p.system->label,
+                                    ko::bench::compare_planar(forward, p.projected),
+                                    ko::bench::compare_geographic(inverse, p.geographic)) &&
+         converted;
+}
+
+// The two directions: ko's point function, PROJ's direction, and the input.
+struct Direction {
+  const char *name;
+  int (*ko)(ko_projcs *, int, double *);
+  PJ_DIRECTION proj;
+  std::vector<double> Prepared::*input;
 };
 
-bool bench_system(PJ_CONTEXT *ctx, const System &s) {
-  ko_projcs *pcs = ko_factory_projcs_from_code(s.code);
-  PJ *pj = proj_operation(ctx, s.code);
-  const std::vector<double> geo = points_in_area(s.code);
-  if (pcs == nullptr || pj == nullptr || geo.empty()) {
-    std::fprintf(stderr, "EPSG:%d cannot be built\n", s.code);
-    ko_projcs_del(pcs);
-    proj_destroy(pj);
-    return false;
-  }
-  ko_projcs_load_constants(pcs);
-  std::vector<double> proj_xy = geo;
-  proj_run(pj, PJ_FWD, proj_xy);
+constexpr Direction kDirections[] = {
+    {"forward", ko_geog_to_proj, PJ_FWD, &Prepared::geographic},
+    {"inverse", ko_proj_to_geog, PJ_INV, &Prepared::projected},
+};
 
-  std::vector<double> work;
-  const double ko_fwd = best_of(geo, work, [&](std::vector<double> &w) { ko_geog_to_proj(pcs, kPoints, w.data()); });
-  const std::vector<double> ko_xy = work;
-  const double proj_fwd = best_of(geo, work, [&](std::vector<double> &w) { proj_run(pj, PJ_FWD, w); });
-  const double ko_inv = best_of(proj_xy, work, [&](std::vector<double> &w) { ko_proj_to_geog(pcs, kPoints, w.data()); });
-  const std::vector<double> ko_geo = work;
-  const double proj_inv = best_of(proj_xy, work, [&](std::vector<double> &w) { proj_run(pj, PJ_INV, w); });
+// The two libraries, each converting a copy of a direction's input in
+// place and returning its count of converted points.
+struct Library {
+  const char *name;
+  int64_t (*convert)(const Prepared &, const Direction &, std::vector<double> &);
+};
 
-  std::printf("EPSG:%-5d %-44s forward ko %6.1f ns  PROJ %6.1f ns  PROJ/ko %5.2f | inverse ko %6.1f ns  "
-              "PROJ %6.1f ns  PROJ/ko %5.2f | ko - PROJ %.2g m, inverse of PROJ's %.2g m\n",
-              s.code, s.label, ns_per_point(ko_fwd), ns_per_point(proj_fwd), proj_fwd / ko_fwd,
-              ns_per_point(ko_inv), ns_per_point(proj_inv), proj_inv / ko_inv,
-              largest(ko_xy, proj_xy, false), largest(ko_geo, geo, true) * kDeg * 6371000.0);
-  ko_projcs_del(pcs);
-  proj_destroy(pj);
-  return true;
+constexpr Library kLibraries[] = {
+    {"ko",
+     [](const Prepared &p, const Direction &d, std::vector<double> &xy) -> int64_t {
+       return d.ko(p.ko.get(), static_cast<int>(kPoints), xy.data());
+     }},
+    {"PROJ",
+     [](const Prepared &p, const Direction &d, std::vector<double> &xy) -> int64_t {
+       return static_cast<int64_t>(ko::bench::proj_run(p.proj.get(), d.proj, xy));
+     }},
+};
+
+std::string run_name(const Prepared &p, const Direction &d, const Library &library) {
+  return p.name() + "/" + d.name + "/" + library.name;
+}
+
+void register_benchmarks(const Prepared &p) {
+  for (const Direction &d : kDirections)
+    for (const Library &library : kLibraries)
+      ko::bench::register_run(run_name(p, d, library), [&p, &d, &library](benchmark::State &state) {
+        ko::bench::time_on_copies(state, p.*d.input, kPoints, [&](std::vector<double> &xy) {
+          return library.convert(p, d, xy);
+        });
+      });
 }
 
 }  // namespace
 
-int main() {
-  const System systems[] = {
-      {2154, "RGF93 / Lambert-93 (Lambert_Conformal_Conic_2SP)"},
-      {3857, "WGS 84 / Pseudo-Mercator (Mercator_Auxiliary_Sphere)"},
-      {28992, "Amersfoort / RD New (Double_Stereographic)"},
-      {3375, "GDM2000 / Peninsula RSO (Hotine)"},
-  };
-  PJ_CONTEXT *ctx = proj_context_create();
-  std::printf("%d points per system, best of %d (CPU time per point)\n", kPoints, kRepetitions);
+int main(int argc, char **argv) {
+  benchmark::Initialize(&argc, argv);
+  const ko::bench::ProjContextPtr ctx = ko::bench::proj_quiet_context();
+  std::vector<Prepared> prepared;
+  prepared.reserve(std::size(kSystems));
+  for (const System &s : kSystems) prepared.push_back(prepare(ctx.get(), s));
   bool ok = true;
-  for (const System &s : systems) ok = bench_system(ctx, s) && ok;
-  proj_context_destroy(ctx);
+  for (const Prepared &p : prepared) {
+    ok = ok && p.system != nullptr;
+    if (p.system != nullptr) register_benchmarks(p);
+  }
+
+  ko::bench::SummaryReporter reporter;
+  benchmark::RunSpecifiedBenchmarks(&reporter);
+  std::printf("\n%zu points per system, CPU time per point\n", kPoints);
+  const auto &[ours, theirs] = kLibraries;
+  for (const Prepared &p : prepared) {
+    if (p.system == nullptr) continue;
+    for (const Direction &d : kDirections)
+      ko::bench::print_ratio(reporter, p.name() + " " + d.name, run_name(p, d, ours),
+                             run_name(p, d, theirs));
+  }
+  std::printf("\n");
+  for (const Prepared &p : prepared) {
+    if (p.system == nullptr) continue;
+    ok = check_agreement(p) && ok;
+  }
+  benchmark::Shutdown();
   return ok ? 0 : 1;
 }

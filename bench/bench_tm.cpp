@@ -1,17 +1,15 @@
 // UTM zone 33N (WGS 84) on 1,000,000 points: Gauss_Kruger forward and
 // inverse with cached constants against PROJ's proj_trans_generic on the same
-// points, in the same run.  Prints ns per point for both and the ratio.
-#include <benchmark/benchmark.h>
-#include <proj.h>
-
-#include <algorithm>
-#include <cmath>
+// points, in the same run (CPU time; inputs copied afresh, untimed, before
+// each iteration).  Prints ns per point for both and the ratio, then how far
+// the two libraries' results lie apart (the program fails when they
+// disagree).
 #include <cstdio>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "bench/rival.h"
 #include "ko.h"
 #include "projections/simd.h"
 
@@ -51,8 +49,8 @@ struct Utm33 {
   // The false easting is applied here as the point loop applies it, so that
   // both sides do the same work.
   int forward(double *xy, int n) const {
-    const int done = ko_prj_gauss_kruger_vector.forward(sph, parms, n, xy, ko_constants_ivals(constants),
-                                                        ko_constants_dvals(constants));
+    const int done = ko_prj_gauss_kruger_vector.forward(
+        sph, parms, n, xy, ko_constants_ivals(constants), ko_constants_dvals(constants));
     for (int i = 0; i < n; ++i) xy[2 * i] += parms[0];
     return done;
   }
@@ -69,13 +67,9 @@ const Utm33 &utm33() {
 }
 
 PJ *proj_utm33() {
-  static PJ *p = [] {
-    PJ *raw = proj_create_crs_to_crs(PJ_DEFAULT_CTX, "EPSG:4326", "EPSG:32633", nullptr);
-    PJ *norm = proj_normalize_for_visualization(PJ_DEFAULT_CTX, raw);
-    proj_destroy(raw);
-    return norm;
-  }();
-  return p;
+  static const ko::bench::ProjPtr p =
+      ko::bench::proj_geographic_to_projected(PJ_DEFAULT_CTX, 32633);
+  return p.get();
 }
 
 std::vector<double> radians_of(const std::vector<double> &deg) {
@@ -88,50 +82,34 @@ std::vector<double> radians_of(const std::vector<double> &deg) {
 const std::vector<double> &projected_points() {
   static const std::vector<double> xy = [] {
     std::vector<double> v = geographic_degrees();
-    proj_trans_generic(proj_utm33(), PJ_FWD, v.data(), 2 * sizeof(double), kPoints, v.data() + 1,
-                       2 * sizeof(double), kPoints, nullptr, 0, 0, nullptr, 0, 0);
+    ko::bench::proj_run(proj_utm33(), PJ_FWD, v);
     return v;
   }();
   return xy;
 }
 
-void per_point(benchmark::State &state) {
-  state.counters["ns_per_point"] = benchmark::Counter(
-      static_cast<double>(kPoints), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-}
-
-// Times `convert` on a fresh copy of `input` per iteration.
-template <class Convert>
-void convert_all(benchmark::State &state, const std::vector<double> &input, Convert convert) {
-  std::vector<double> work(input.size());
-  for (auto _ : state) {
-    state.PauseTiming();
-    std::copy(input.begin(), input.end(), work.begin());
-    state.ResumeTiming();
-    benchmark::DoNotOptimize(convert(work.data()));
-  }
-  per_point(state);
-}
-
-size_t proj_convert(PJ_DIRECTION direction, double *xy) {
-  return proj_trans_generic(proj_utm33(), direction, xy, 2 * sizeof(double), kPoints, xy + 1, 2 * sizeof(double),
-                            kPoints, nullptr, 0, 0, nullptr, 0, 0);
-}
-
 void BM_ko_forward(benchmark::State &state) {
-  convert_all(state, radians_of(geographic_degrees()), [](double *xy) { return utm33().forward(xy, kPoints); });
+  ko::bench::time_on_copies(
+      state, radians_of(geographic_degrees()), kPoints,
+      [](std::vector<double> &xy) { return utm33().forward(xy.data(), kPoints); });
 }
 
 void BM_proj_forward(benchmark::State &state) {
-  convert_all(state, geographic_degrees(), [](double *xy) { return proj_convert(PJ_FWD, xy); });
+  ko::bench::time_on_copies(state, geographic_degrees(), kPoints, [](std::vector<double> &xy) {
+    return ko::bench::proj_run(proj_utm33(), PJ_FWD, xy);
+  });
 }
 
 void BM_ko_inverse(benchmark::State &state) {
-  convert_all(state, projected_points(), [](double *xy) { return utm33().inverse(xy, kPoints); });
+  ko::bench::time_on_copies(state, projected_points(), kPoints, [](std::vector<double> &xy) {
+    return utm33().inverse(xy.data(), kPoints);
+  });
 }
 
 void BM_proj_inverse(benchmark::State &state) {
-  convert_all(state, projected_points(), [](double *xy) { return proj_convert(PJ_INV, xy); });
+  ko::bench::time_on_copies(state, projected_points(), kPoints, [](std::vector<double> &xy) {
+    return ko::bench::proj_run(proj_utm33(), PJ_INV, xy);
+  });
 }
 
 // The same without the four-wide kernels (what a machine without AVX2 or
@@ -155,51 +133,40 @@ BENCHMARK(BM_proj_inverse)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 BENCHMARK(BM_ko_forward_scalar)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 BENCHMARK(BM_ko_inverse_scalar)->Unit(benchmark::kMillisecond)->MinTime(1.0);
 
-// Keeps ns per point of each run so that the ratios can be printed at the end.
-class RatioReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run> &runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run &run : runs) {
-      if (run.run_type != Run::RT_Iteration || run.iterations == 0) continue;
-      // CPU time: the machine may be shared, and both sides run on one thread
-      ns_[run.run_name.function_name] = run.GetAdjustedCPUTime() * 1e6 / kPoints;  // ms -> ns per point
-    }
+// Ratios of the four-wide and of the scalar kernels to PROJ.
+void print_ratios(const ko::bench::SummaryReporter &r) {
+  for (const char *direction : {"forward", "inverse"}) {
+    const std::string ours = std::string("BM_ko_") + direction;
+    const std::string theirs = std::string("BM_proj_") + direction;
+    ko::bench::print_ratio(r, direction, ours, theirs);
+    ko::bench::print_ratio(r, direction + std::string(" (scalar)"), ours + "_scalar", theirs);
   }
-  void print_ratios() const {
-    for (const char *dir : {"forward", "inverse", "forward_scalar", "inverse_scalar"}) {
-      const auto ko = ns_.find(std::string("BM_ko_") + dir);
-      const std::string plain(dir, std::string(dir).find('_') == std::string::npos ? std::string(dir).size() : std::string(dir).find('_'));
-      const auto proj = ns_.find("BM_proj_" + plain);
-      if (ko == ns_.end() || proj == ns_.end()) continue;
-      std::printf("%-15s ko %.1f ns/point, PROJ %.1f ns/point, ko is %.2f times PROJ's throughput\n", dir,
-                  ko->second, proj->second, proj->second / ko->second);
-    }
-  }
+}
 
- private:
-  std::map<std::string, double> ns_;
-};
-
-// Largest difference between the two libraries on the sample, as a check
+// How far the two libraries' results lie apart on the sample, as a check
 // that both compute the same projection.
-void print_agreement() {
-  std::vector<double> ko_xy = radians_of(geographic_degrees());
-  utm33().forward(ko_xy.data(), kPoints);
-  const std::vector<double> &proj_xy = projected_points();
-  double worst = 0.0;
-  for (size_t i = 0; i < ko_xy.size(); ++i) worst = std::max(worst, std::fabs(ko_xy[i] - proj_xy[i]));
-  std::printf("largest forward difference ko - PROJ: %.3g m\n", worst);
+bool print_agreement() {
+  std::vector<double> forward = radians_of(geographic_degrees());
+  std::vector<double> inverse = projected_points();
+  const bool converted = utm33().forward(forward.data(), kPoints) == kPoints &&
+                         utm33().inverse(inverse.data(), kPoints) == kPoints;
+  for (double &v : inverse) v /= kDeg;
+  if (!converted) std::printf("ko did not convert every point\n");
+  return ko::bench::print_agreement("UTM33N Gauss_Kruger",
+                                    ko::bench::compare_planar(forward, projected_points()),
+                                    ko::bench::compare_geographic(inverse, geographic_degrees())) &&
+         converted;
 }
 
 }  // namespace
 
 int main(int argc, char **argv) {
   benchmark::Initialize(&argc, argv);
-  RatioReporter reporter;
+  ko::bench::SummaryReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
-  reporter.print_ratios();
-  print_agreement();
+  std::printf("\n");
+  print_ratios(reporter);
+  const bool ok = print_agreement();
   benchmark::Shutdown();
-  return 0;
+  return ok ? 0 : 1;
 }

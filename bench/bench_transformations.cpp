@@ -8,13 +8,10 @@
 #include "transformations/grid_set.h"
 #include "transformations/methods.h"
 
-#include <benchmark/benchmark.h>
-#include <proj.h>
+#include "bench/rival.h"
 
 #include <array>
-#include <cmath>
 #include <cstdio>
-#include <map>
 #include <random>
 #include <string>
 #include <vector>
@@ -55,18 +52,11 @@ const Points &germany() {
   return p;
 }
 
-struct ProjHandle {
-  PJ_CONTEXT *ctx = proj_context_create();
-  PJ *op = nullptr;
-  explicit ProjHandle(const char *def) {
-    const char *paths[] = {"/usr/share/proj"};
-    proj_context_set_search_paths(ctx, 1, paths);
-    op = proj_create(ctx, def);
-  }
-  ~ProjHandle() {
-    proj_destroy(op);
-    proj_context_destroy(ctx);
-  }
+// A PROJ operation from a definition, in a context of its own.
+struct ProjOperation {
+  ko::bench::ProjContextPtr ctx = ko::bench::proj_quiet_context();
+  ko::bench::ProjPtr op;
+  explicit ProjOperation(const std::string &def) : op(proj_create(ctx.get(), def.c_str())) {}
 };
 
 // ---------------------------------------------------------------------------
@@ -92,21 +82,14 @@ void BM_ko_position_vector(benchmark::State &state) {
   args.sph1 = airy;
   args.sph2 = wgs84;
   args.parms = params.data();
-  std::vector<double> coord, h;
-  for (auto _ : state) {
-    state.PauseTiming();
-    coord = uk().lonlat;
-    h = uk().h;
-    state.ResumeTiming();
-    const int n = ko::position_vector_forward(args, kPoints, coord.data(), h.data());
-    if (n != kPoints) state.SkipWithError("not every point converted");
-    benchmark::DoNotOptimize(coord.data());
-  }
-  state.SetItemsProcessed(state.iterations() * kPoints);
+  const std::array<std::vector<double>, 2> input{uk().lonlat, uk().h};
+  ko::bench::time_on_copies(state, input, kPoints, [&args](std::array<std::vector<double>, 2> &c) {
+    return ko::position_vector_forward(args, kPoints, c[0].data(), c[1].data());
+  });
 }
 
 void BM_proj_position_vector(benchmark::State &state) {
-  ProjHandle proj(
+  const ProjOperation proj(
       "+proj=pipeline +step +proj=cart +ellps=airy "
       "+step +proj=helmert +x=446.448 +y=-125.157 +z=542.06 +rx=0.15 +ry=0.247 +rz=0.842 "
       "+s=-20.489 +convention=position_vector +step +inv +proj=cart +ellps=WGS84");
@@ -114,20 +97,10 @@ void BM_proj_position_vector(benchmark::State &state) {
     state.SkipWithError("PROJ could not build the pipeline");
     return;
   }
-  std::vector<double> x, y, z;
-  for (auto _ : state) {
-    state.PauseTiming();
-    x = uk().lon;
-    y = uk().lat;
-    z = uk().h;
-    state.ResumeTiming();
-    const std::size_t n = proj_trans_generic(proj.op, PJ_FWD, x.data(), sizeof(double), kPoints,
-                                             y.data(), sizeof(double), kPoints, z.data(),
-                                             sizeof(double), kPoints, nullptr, 0, 0);
-    if (n != static_cast<std::size_t>(kPoints)) state.SkipWithError("PROJ converted fewer points");
-    benchmark::DoNotOptimize(x.data());
-  }
-  state.SetItemsProcessed(state.iterations() * kPoints);
+  const std::array<std::vector<double>, 3> input{uk().lon, uk().lat, uk().h};
+  ko::bench::time_on_copies(state, input, kPoints, [&proj](std::array<std::vector<double>, 3> &c) {
+    return ko::bench::proj_run(proj.op.get(), PJ_FWD, c[0], c[1], c[2]);
+  });
 }
 
 // ---------------------------------------------------------------------------
@@ -140,37 +113,21 @@ void BM_ko_ntv2(benchmark::State &state) {
   }
   ko::MethodArgs args;
   args.data = grid.get();
-  std::vector<double> coord;
-  for (auto _ : state) {
-    state.PauseTiming();
-    coord = germany().lonlat;
-    state.ResumeTiming();
-    const int n = ko::grid_shift_forward(args, kPoints, coord.data(), nullptr);
-    if (n != kPoints) state.SkipWithError("not every point converted");
-    benchmark::DoNotOptimize(coord.data());
-  }
-  state.SetItemsProcessed(state.iterations() * kPoints);
+  ko::bench::time_on_copies(state, germany().lonlat, kPoints, [&args](std::vector<double> &coord) {
+    return ko::grid_shift_forward(args, kPoints, coord.data(), nullptr);
+  });
 }
 
 void BM_proj_ntv2(benchmark::State &state) {
-  ProjHandle proj((std::string("+proj=hgridshift +grids=") + kGrid).c_str());
+  const ProjOperation proj(std::string("+proj=hgridshift +grids=") + kGrid);
   if (proj.op == nullptr) {
     state.SkipWithError("PROJ could not open BETA2007.gsb");
     return;
   }
-  std::vector<double> x, y;
-  for (auto _ : state) {
-    state.PauseTiming();
-    x = germany().lon;
-    y = germany().lat;
-    state.ResumeTiming();
-    const std::size_t n = proj_trans_generic(proj.op, PJ_FWD, x.data(), sizeof(double), kPoints,
-                                             y.data(), sizeof(double), kPoints, nullptr, 0, 0,
-                                             nullptr, 0, 0);
-    if (n != static_cast<std::size_t>(kPoints)) state.SkipWithError("PROJ converted fewer points");
-    benchmark::DoNotOptimize(x.data());
-  }
-  state.SetItemsProcessed(state.iterations() * kPoints);
+  const std::array<std::vector<double>, 2> input{germany().lon, germany().lat};
+  ko::bench::time_on_copies(state, input, kPoints, [&proj](std::array<std::vector<double>, 2> &c) {
+    return ko::bench::proj_run(proj.op.get(), PJ_FWD, c[0], c[1]);
+  });
 }
 
 BENCHMARK(BM_ko_position_vector)->Unit(benchmark::kMillisecond)->MinTime(2.0);
@@ -178,39 +135,16 @@ BENCHMARK(BM_proj_position_vector)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 BENCHMARK(BM_ko_ntv2)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 BENCHMARK(BM_proj_ntv2)->Unit(benchmark::kMillisecond)->MinTime(2.0);
 
-// Console output as usual, and the CPU time per point of each run kept for
-// the summary.
-class SummaryReporter : public benchmark::ConsoleReporter {
- public:
-  void ReportRuns(const std::vector<Run> &runs) override {
-    ConsoleReporter::ReportRuns(runs);
-    for (const Run &run : runs) {
-      if (run.error_occurred || run.iterations == 0) continue;
-      ns_per_point[run.benchmark_name()] =
-          run.GetAdjustedCPUTime() * 1e6 / kPoints;  // the unit is milliseconds
-    }
-  }
-  std::map<std::string, double> ns_per_point;
-};
-
-void print_ratio(const SummaryReporter &r, const char *what, const std::string &ours,
-                 const std::string &theirs) {
-  const auto a = r.ns_per_point.find(ours), b = r.ns_per_point.find(theirs);
-  if (a == r.ns_per_point.end() || b == r.ns_per_point.end()) return;
-  std::printf("%-16s ko %7.1f ns/point   PROJ %7.1f ns/point   PROJ/ko %.2f\n", what, a->second,
-              b->second, b->second / a->second);
-}
-
 }  // namespace
 
 int main(int argc, char **argv) {
   benchmark::Initialize(&argc, argv);
-  SummaryReporter reporter;
+  ko::bench::SummaryReporter reporter;
   benchmark::RunSpecifiedBenchmarks(&reporter);
   std::printf("\n");
-  print_ratio(reporter, "Position_Vector", "BM_ko_position_vector/min_time:2.000",
-              "BM_proj_position_vector/min_time:2.000");
-  print_ratio(reporter, "NTv2", "BM_ko_ntv2/min_time:2.000", "BM_proj_ntv2/min_time:2.000");
+  ko::bench::print_ratio(reporter, "Position_Vector", "BM_ko_position_vector",
+                         "BM_proj_position_vector");
+  ko::bench::print_ratio(reporter, "NTv2", "BM_ko_ntv2", "BM_proj_ntv2");
   benchmark::Shutdown();
   return 0;
 }
