@@ -112,6 +112,11 @@ bool parse_integer(std::string_view text, long low, long high, long &out) {
   return true;
 }
 
+void append_item(std::string &out, std::string_view separator, std::string_view item) {
+  if (!out.empty()) out += separator;
+  out += item;
+}
+
 void append_fixed(std::string &out, double value, int decimals) {
   char buf[400];  // fixed notation of the largest double with 17 decimals fits
   const auto [end, ec] =

@@ -104,6 +104,8 @@ bool parse_number(std::string_view text, double &out);
 bool parse_integer(std::string_view text, long low, long high, long &out);
 // Fixed notation with the given number of decimals, "." as decimal point.
 void append_fixed(std::string &out, double value, int decimals);
+// Appends item to a list in out, after separator unless out is empty.
+void append_item(std::string &out, std::string_view separator, std::string_view item);
 
 // ---- Objects -----------------------------------------------------------
 

@@ -128,7 +128,7 @@ std::string status_text(const void *obj) {
   if ((status & KO_STATUS_DEAD) != 0) words.emplace_back("dead");
   if ((status & KO_STATUS_DONOTUSE) != 0) words.emplace_back("do not use");
   std::string text;
-  for (const std::string &word : words) text += (text.empty() ? "" : "; ") + word;
+  for (const std::string &word : words) append_item(text, "; ", word);
   return text.empty() ? "built by the caller" : text;
 }
 
@@ -195,7 +195,7 @@ std::string projection_text(const ko_projection *projection) {
   const uint32_t bits = ko_proj_props(code);
   for (const ko_proj_attr_entry *row = ko_proj_props_tbl; row->value != 0; ++row)
     if ((bits & row->value) != 0)
-      properties += (properties.empty() ? "" : ", ") + std::string(row->short_name);
+      append_item(properties, ", ", row->short_name);
   if (!properties.empty()) text += "; " + properties;
   return text;
 }

@@ -146,7 +146,7 @@ int32_t search_code(const ko_geogcs *gcs) {
 
 std::string step_text(const Step &step) {
   std::string text = authority_code(step.gt);
-  text += (text.empty() ? "" : " ") + object_name(step.gt);
+  append_item(text, " ", object_name(step.gt));
   if (step.direction == 1) text += " inverse";
   const double accuracy = ko_geogtran_accuracy(step.gt);
   char buf[64];
@@ -251,7 +251,7 @@ bool Transformer::prepare() {
 void Transformer::announce() const {
   if (steps_.empty()) return;
   std::string text;
-  for (const Step &step : steps_) text += (text.empty() ? "" : ", then ") + step_text(step);
+  for (const Step &step : steps_) append_item(text, ", then ", step_text(step));
   complain("using %s", text.c_str());
 }
 
