@@ -38,7 +38,7 @@ test: check
 bench: deps
 	cmake -S . -B build/bench -DCMAKE_BUILD_TYPE=Release -DKO_BUILD_BENCH=ON -DKO_BUILD_TESTS=OFF
 	cmake --build build/bench -j $(JOBS)
-	@for b in build/bench/bench/bench_*; do [ -x "$$b" ] && "$$b"; done
+	@for b in build/bench/bench/bench_*; do if [ -x "$$b" ]; then "$$b" || exit 1; fi; done
 
 catalog:
 	python3 tools/catalog/generate.py --db /usr/share/proj/proj.db --out database/generated
