@@ -13,7 +13,6 @@
 
 KO_PENDING_VECTOR(plate_carree, 43001, "Plate_Carree", nullptr, nullptr)
 KO_PENDING_VECTOR(miller_cylindrical, 43003, "Miller_Cylindrical", nullptr, nullptr)
-KO_PENDING_VECTOR(sinusoidal, 43008, "Sinusoidal", nullptr, nullptr)
 KO_PENDING_VECTOR(mollweide, 43009, "Mollweide", nullptr, nullptr)
 KO_PENDING_VECTOR(eckert_vi, 43010, "Eckert_VI", nullptr, nullptr)
 KO_PENDING_VECTOR(eckert_v, 43011, "Eckert_V", nullptr, nullptr)
