@@ -13,7 +13,6 @@
 
 KO_PENDING_VECTOR(plate_carree, 43001, "Plate_Carree", nullptr, nullptr)
 KO_PENDING_VECTOR(miller_cylindrical, 43003, "Miller_Cylindrical", nullptr, nullptr)
-KO_PENDING_VECTOR(mollweide, 43009, "Mollweide", nullptr, nullptr)
 KO_PENDING_VECTOR(eckert_vi, 43010, "Eckert_VI", nullptr, nullptr)
 KO_PENDING_VECTOR(eckert_v, 43011, "Eckert_V", nullptr, nullptr)
 KO_PENDING_VECTOR(eckert_iv, 43012, "Eckert_IV", nullptr, nullptr)
@@ -51,8 +50,6 @@ KO_PENDING_VECTOR(gnomonic_ellipsoidal, 43065, "Gnomonic_Ellipsoidal", nullptr, 
 KO_PENDING_VECTOR(hammer_ellipsoidal, 43071, "Hammer_Ellipsoidal", nullptr, nullptr)
 KO_PENDING_VECTOR(quartic_authalic_ellipsoidal, 43072, "Quartic_Authalic_Ellipsoidal", nullptr, nullptr)
 KO_PENDING_VECTOR(eckert_greifendorff, 43073, "Eckert_Greifendorff", nullptr, nullptr)
-KO_PENDING_VECTOR(wagner_iv, 43074, "Wagner_IV", nullptr, nullptr)
-KO_PENDING_VECTOR(wagner_v, 43075, "Wagner_V", nullptr, nullptr)
 KO_PENDING_VECTOR(wagner_vii, 43076, "Wagner_VII", nullptr, nullptr)
 KO_PENDING_VECTOR(natural_earth, 43077, "Natural_Earth", nullptr, nullptr)
 KO_PENDING_VECTOR(natural_earth_ii, 43078, "Natural_Earth_II", nullptr, nullptr)
