@@ -7,9 +7,9 @@
 // lines): equal area needs Cx Cy (2θ + sin 2θ) / 4 = sin φ, so
 // Cp = 2p + sin 2p and Cx Cy = 4 / Cp, and the map is twice as wide as it is
 // high, Cx π = 2 Cy sin p, which gives Cy = sqrt(2π sin p / Cp) / sin p and
-// Cx = 2 Cy sin p / π.  Wagner V (not equal-area) uses Wagner's published
-// constants Cx = 0.90977, Cy = 1.65014, Cp = 3.00896 (Snyder, "Flattening
-// the Earth", 1993).
+// Cx = 2 Cy sin p / π.  Wagner V (not equal-area) uses Wagner's five-digit
+// constants Cx = 0.90977, Cy = 1.65014, Cp = 3.00896, the values of PROJ's
+// wag5 (the tests check the two agree).
 // The forward solves for θ by Newton's method; Mollweide's equation has a
 // double root at the pole, so it is solved there in δ = π − 2θ, with
 // δ − sin δ = π (1 − sin φ) = 2π sin²((90° − φ)/2) and δ − sin δ from its

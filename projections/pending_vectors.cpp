@@ -13,12 +13,6 @@
 
 KO_PENDING_VECTOR(plate_carree, 43001, "Plate_Carree", nullptr, nullptr)
 KO_PENDING_VECTOR(miller_cylindrical, 43003, "Miller_Cylindrical", nullptr, nullptr)
-KO_PENDING_VECTOR(eckert_vi, 43010, "Eckert_VI", nullptr, nullptr)
-KO_PENDING_VECTOR(eckert_v, 43011, "Eckert_V", nullptr, nullptr)
-KO_PENDING_VECTOR(eckert_iv, 43012, "Eckert_IV", nullptr, nullptr)
-KO_PENDING_VECTOR(eckert_iii, 43013, "Eckert_III", nullptr, nullptr)
-KO_PENDING_VECTOR(eckert_ii, 43014, "Eckert_II", nullptr, nullptr)
-KO_PENDING_VECTOR(eckert_i, 43015, "Eckert_I", nullptr, nullptr)
 KO_PENDING_VECTOR(gall_stereographic, 43016, "Gall_Stereographic", nullptr, nullptr)
 KO_PENDING_VECTOR(behrmann, 43017, "Behrmann", nullptr, nullptr)
 KO_PENDING_VECTOR(winkel_i, 43018, "Winkel_I", nullptr, nullptr)

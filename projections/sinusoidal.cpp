@@ -1,5 +1,5 @@
-// Sinusoidal (Snyder 1987, chapter 30; ellipsoidal form, equations 30-8 to
-// 30-11): an equal-area pseudocylindrical whose parallels are straight and
+// Sinusoidal (Snyder 1987, chapter 30, in its ellipsoidal form):
+// an equal-area pseudocylindrical whose parallels are straight and
 // true to scale and whose central meridian is true to scale,
 //   x = a m Δλ,  y = M(φ),
 // m = cos φ / sqrt(1 − e² sin²φ), M the meridian distance (the exact one,

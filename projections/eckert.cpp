@@ -1,0 +1,151 @@
+// Eckert's six world maps (M. Eckert, 1906) on the sphere of radius a:
+// straight parallels, poles as lines half the equator's length, meridians
+// straight (I, II), elliptical (III, IV) or sinusoidal (V, VI).  Formulas
+// from Snyder 1987, chapter 32 (IV and VI), and
+// Snyder and Voxland 1989, "An Album of Map Projections" (I, II, III, V):
+//   I    x = 2√(2/3π) Δλ (1 − |φ|/π),          y = 2√(2/3π) φ
+//   II   x = 2 Δλ √(4 − 3 sin|φ|) / √(6π),      y = ±√(2π/3) (2 − √(4 − 3 sin|φ|))
+//   III  x = 2 Δλ (1 + √(1 − (2φ/π)²)) / √(π(4 + π)),  y = 4φ / √(π(4 + π))
+//   IV   θ + sin θ cos θ + 2 sin θ = (2 + π/2) sin φ,
+//        x = 2 Δλ (1 + cos θ) / √(π(4 + π)),  y = 2 √(π/(4 + π)) sin θ
+//   V    x = Δλ (1 + cos φ) / √(2 + π),         y = 2φ / √(2 + π)
+//   VI   θ + sin θ = (1 + π/2) sin φ,
+//        x = Δλ (1 + cos θ) / √(2 + π),         y = 2θ / √(2 + π)
+// II, IV and VI are equal-area.  IV and VI solve for θ by Newton's method;
+// every inverse is closed.
+// Parameters: slot 2 λ0, slots 12-14 the orientation.
+#include "projections/projlist.h"
+#include "projections/world_sphere.h"
+
+namespace ko::proj {
+namespace {
+
+using world::SphereMap;
+
+const double kC1 = 2.0 * std::sqrt(2.0 / (3.0 * kPi));  // Eckert I
+const double kSqrt6Pi = std::sqrt(6.0 * kPi);           // Eckert II
+const double kSqrt2PiOver3 = std::sqrt(2.0 * kPi / 3.0);
+const double kSqrtPi4Pi = std::sqrt(kPi * (4.0 + kPi));  // Eckert III, IV
+const double kSqrt2Pi = std::sqrt(2.0 + kPi);            // Eckert V, VI
+const double kCyIv = 2.0 * std::sqrt(kPi / (4.0 + kPi));
+constexpr double kCpIv = 2.0 + kHalfPi;
+constexpr double kCpVi = 1.0 + kHalfPi;
+
+// --- Eckert I
+bool eck1_fwd(const SphereMap &, double dlam, double phi, double &x, double &y) {
+  x = kC1 * dlam * (1.0 - std::fabs(phi) / kPi);
+  y = kC1 * phi;
+  return true;
+}
+bool eck1_inv(const SphereMap &, double x, double y, double &dlam, double &phi) {
+  phi = y / kC1;
+  dlam = x / (kC1 * (1.0 - std::fabs(phi) / kPi));
+  return true;
+}
+
+// --- Eckert II
+bool eck2_fwd(const SphereMap &, double dlam, double phi, double &x, double &y) {
+  const double t = std::sqrt(4.0 - 3.0 * std::sin(std::fabs(phi)));
+  x = 2.0 * dlam * t / kSqrt6Pi;
+  y = std::copysign(kSqrt2PiOver3 * (2.0 - t), phi);
+  return true;
+}
+bool eck2_inv(const SphereMap &, double x, double y, double &dlam, double &phi) {
+  const double t = 2.0 - std::fabs(y) / kSqrt2PiOver3;  // √(4 − 3 sin|φ|), 1 at the pole
+  phi = std::copysign(world::asin_edge((4.0 - t * t) / 3.0), y);
+  dlam = x * kSqrt6Pi / (2.0 * t);
+  return t > 0.0 && std::isfinite(phi);
+}
+
+// --- Eckert III
+bool eck3_fwd(const SphereMap &, double dlam, double phi, double &x, double &y) {
+  const double q = 2.0 * phi / kPi;
+  x = 2.0 * dlam * (1.0 + std::sqrt(std::fmax(0.0, 1.0 - q * q))) / kSqrtPi4Pi;
+  y = 4.0 * phi / kSqrtPi4Pi;
+  return true;
+}
+bool eck3_inv(const SphereMap &, double x, double y, double &dlam, double &phi) {
+  phi = y * kSqrtPi4Pi / 4.0;
+  const double q = 2.0 * phi / kPi;
+  dlam = x * kSqrtPi4Pi / (2.0 * (1.0 + std::sqrt(std::fmax(0.0, 1.0 - q * q))));
+  return true;
+}
+
+// --- Eckert IV
+inline double eck4_f(double t) { return t + std::sin(t) * std::cos(t) + 2.0 * std::sin(t); }
+bool eck4_fwd(const SphereMap &, double dlam, double phi, double &x, double &y) {
+  const double c = kCpIv * std::sin(std::fabs(phi));
+  // f'(θ) = 2 cos θ (1 + cos θ), zero at the pole: there θ = 90° exactly,
+  // and near it Newton's method still converges from the start φ / 2 + π / 4.
+  double t = kHalfPi;
+  if (c < kCpIv)
+    t = world::newton_solve(eck4_f, [](double u) { return 2.0 * std::cos(u) * (1.0 + std::cos(u)); },
+                            c, 0.5 * std::fabs(phi) + 0.25 * kPi);
+  t = std::copysign(std::fmin(t, kHalfPi), phi);
+  x = 2.0 * dlam * (1.0 + std::cos(t)) / kSqrtPi4Pi;
+  y = kCyIv * std::sin(t);
+  return true;
+}
+bool eck4_inv(const SphereMap &, double x, double y, double &dlam, double &phi) {
+  const double t = world::asin_edge(y / kCyIv);
+  phi = world::asin_edge(eck4_f(t) / kCpIv);
+  dlam = x * kSqrtPi4Pi / (2.0 * (1.0 + std::cos(t)));
+  return std::isfinite(phi);
+}
+
+// --- Eckert V
+bool eck5_fwd(const SphereMap &, double dlam, double phi, double &x, double &y) {
+  x = dlam * (1.0 + std::cos(phi)) / kSqrt2Pi;
+  y = 2.0 * phi / kSqrt2Pi;
+  return true;
+}
+bool eck5_inv(const SphereMap &, double x, double y, double &dlam, double &phi) {
+  phi = 0.5 * y * kSqrt2Pi;
+  dlam = x * kSqrt2Pi / (1.0 + std::cos(phi));
+  return true;
+}
+
+// --- Eckert VI
+bool eck6_fwd(const SphereMap &, double dlam, double phi, double &x, double &y) {
+  const double c = kCpVi * std::sin(phi);
+  // f'(θ) = 1 + cos θ stays at least 1 on |θ| ≤ 90°.
+  const double t = world::newton_solve([](double u) { return u + std::sin(u); },
+                                       [](double u) { return 1.0 + std::cos(u); }, c, phi);
+  x = dlam * (1.0 + std::cos(t)) / kSqrt2Pi;
+  y = 2.0 * t / kSqrt2Pi;
+  return true;
+}
+bool eck6_inv(const SphereMap &, double x, double y, double &dlam, double &phi) {
+  const double t = 0.5 * y * kSqrt2Pi;
+  phi = world::asin_edge((t + std::sin(t)) / kCpVi);
+  dlam = x * kSqrt2Pi / (1.0 + std::cos(t));
+  return std::isfinite(phi);
+}
+
+}  // namespace
+}  // namespace ko::proj
+
+// The projection vectors (no constants: everything is a handful of numbers).
+extern "C" {
+using ko::proj::world::sphere_forward;
+using ko::proj::world::sphere_inverse;
+namespace kp = ko::proj;
+constinit const ko_projlist_entry ko_prj_eckert_i_vector = {
+    43015, "Eckert_I", sphere_forward<kp::eck1_fwd>, sphere_inverse<kp::eck1_inv>, nullptr,
+    ko::validity<43015>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_eckert_ii_vector = {
+    43014, "Eckert_II", sphere_forward<kp::eck2_fwd>, sphere_inverse<kp::eck2_inv>, nullptr,
+    ko::validity<43014>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_eckert_iii_vector = {
+    43013, "Eckert_III", sphere_forward<kp::eck3_fwd>, sphere_inverse<kp::eck3_inv>, nullptr,
+    ko::validity<43013>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_eckert_iv_vector = {
+    43012, "Eckert_IV", sphere_forward<kp::eck4_fwd>, sphere_inverse<kp::eck4_inv>, nullptr,
+    ko::validity<43012>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_eckert_v_vector = {
+    43011, "Eckert_V", sphere_forward<kp::eck5_fwd>, sphere_inverse<kp::eck5_inv>, nullptr,
+    ko::validity<43011>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_eckert_vi_vector = {
+    43010, "Eckert_VI", sphere_forward<kp::eck6_fwd>, sphere_inverse<kp::eck6_inv>, nullptr,
+    ko::validity<43010>, nullptr, nullptr};
+}  // extern "C"
