@@ -23,8 +23,6 @@ KO_PENDING_VECTOR(equidistant_conic, 43027, "Equidistant_Conic", ko::conic_compa
 KO_PENDING_VECTOR(van_der_grinten_i, 43029, "Van_der_Grinten_I", nullptr, nullptr)
 KO_PENDING_VECTOR(robinson, 43030, "Robinson", nullptr, nullptr)
 KO_PENDING_VECTOR(two_point_equidistant, 43031, "Two_Point_Equidistant", nullptr, nullptr)
-KO_PENDING_VECTOR(winkel_tripel, 43042, "Winkel_Tripel", nullptr, nullptr)
-KO_PENDING_VECTOR(aitoff, 43043, "Aitoff", nullptr, nullptr)
 KO_PENDING_VECTOR(flat_polar_quartic, 43045, "Flat_Polar_Quartic", nullptr, nullptr)
 KO_PENDING_VECTOR(craster_parabolic, 43046, "Craster_Parabolic", nullptr, nullptr)
 KO_PENDING_VECTOR(gnomonic, 43047, "Gnomonic", nullptr, nullptr)
