@@ -22,6 +22,7 @@
 // digits.
 // Parameters: slot 2 λ0, slots 12-14 the orientation.
 #include "projections/projlist.h"
+#include "projections/mollweide_theta.h"
 #include "projections/world_sphere.h"
 
 namespace ko::proj {
@@ -35,24 +36,6 @@ struct Ellipses {
   double y_pole;  // Cy sin p
 };
 
-// δ − sin δ, accurate for small δ (series to δ¹³ below 0.25).
-inline double delta_minus_sin(double d) {
-  if (d >= 0.25) return d - std::sin(d);
-  const double d2 = d * d;
-  return d * d2 *
-         (1.0 / 6 - d2 * (1.0 / 120 - d2 * (1.0 / 5040 - d2 * (1.0 / 362880 - d2 * (1.0 / 39916800 - d2 / 6227020800.0)))));
-}
-
-// θ of Mollweide for |φ|, solved in δ = π − 2θ.
-inline double mollweide_theta(double abs_phi) {
-  const double s = std::sin(0.5 * (kHalfPi - abs_phi));
-  const double r = 2.0 * kPi * s * s;  // π (1 − sin φ)
-  if (r == 0.0) return kHalfPi;
-  const double d = world::newton_solve(delta_minus_sin, [](double t) { return 1.0 - std::cos(t); },
-                                       r, std::fmin(kPi, std::cbrt(6.0 * r)));
-  return 0.5 * (kPi - d);
-}
-
 // θ of the other members for |φ|: 2θ + sin 2θ = Cp sin φ, no double root.
 inline double theta_of(const Ellipses &e, double abs_phi) {
   const double c = e.cp * std::sin(abs_phi);
@@ -65,7 +48,7 @@ template <const Ellipses &E, bool kMollweide>
 bool forward(const SphereMap &, double dlam, double phi, double &x, double &y) {
   double t = E.p;  // at the pole θ is its bound exactly
   if (std::fabs(phi) < kHalfPi)
-    t = std::fmin(E.p, kMollweide ? mollweide_theta(std::fabs(phi)) : theta_of(E, std::fabs(phi)));
+    t = std::fmin(E.p, kMollweide ? world::mollweide_theta(std::fabs(phi)) : theta_of(E, std::fabs(phi)));
   const double theta = std::copysign(t, phi);
   x = E.cx * dlam * std::cos(theta);
   y = std::fabs(phi) < kHalfPi ? E.cy * std::sin(theta) : std::copysign(E.y_pole, phi);
