@@ -1,17 +1,23 @@
-// Hammer (E. Hammer, 1892) and Eckert-Greifendorff (1935) on the sphere of
-// radius a: the equatorial Lambert azimuthal equal-area map of a narrowed
-// longitude W Δλ, stretched back to the width of the world,
-//   x = (M / W) k cos φ sin(W Δλ),  y = (1 / M) k sin φ,
-//   k = sqrt(2 / (1 + cos φ cos(W Δλ))),
-// equal-area for every W and M (the stretch M/W times 1/M undoes the
-// narrowing W).  Hammer is W = 1/2, M = 1 (Snyder and Voxland 1989, "An
-// Album of Map Projections"); Eckert-Greifendorff W = 1/4, M = 2.
+// Hammer (E. Hammer, 1892), Eckert-Greifendorff (1935) and Wagner VII
+// (K. Wagner, 1941) on the sphere of radius a: the equatorial Lambert
+// azimuthal equal-area map of a narrowed sphere, stretched back to the
+// width of the world.  With the longitude narrowed to W Δλ and the latitude
+// to ψ = asin(S sin φ),
+//   x = Cx k cos ψ sin(W Δλ),  y = Cy k sin ψ,
+//   k = sqrt(2 / (1 + cos ψ cos(W Δλ))).
+// Hammer is W = 1/2, S = 1, Cx = 2, Cy = 1 (Snyder and Voxland 1989, "An
+// Album of Map Projections"); Eckert-Greifendorff W = 1/4, S = 1, Cx = 8,
+// Cy = 1/2 (PROJ's hammer with W = 1/4, M = 2: Cx = M/W, Cy = 1/M, equal
+// area since Cx Cy W = 1); Wagner VII W = 1/3, S = sin 65°, Cx = 2.66723,
+// Cy = 1.24104 (Wagner's constants; Snyder 1993, "Flattening the Earth").
 // The inverse undoes the stretch and the azimuthal map in closed form: with
-// X = x W / M, Y = y M and ρ² = X² + Y² ≤ 4, the point on the unit sphere
+// X = x / Cx, Y = y / Cy and ρ² = X² + Y² ≤ 4, the point on the unit sphere
 // is (1 − ρ²/2, X q, Y q), q = sqrt(1 − ρ²/4), whence
-// φ = atan2(Y q, hypot(1 − ρ²/2, X q)), W Δλ = atan2(X q, 1 − ρ²/2) —
-// well conditioned at the poles, unlike an arcsine.  Points outside the
-// outline (ρ > 2, or |Δλ| beyond 180°) are refused.
+// ψ = atan2(Y q, hypot(1 − ρ²/2, X q)), W Δλ = atan2(X q, 1 − ρ²/2) —
+// well conditioned at the poles, unlike an arcsine — and sin φ = sin ψ / S
+// (taken through 1 − sin φ, below).
+// Points outside the outline (ρ > 2, |sin ψ| > S, or |Δλ| beyond 180°) are
+// refused.
 // Parameters: slot 2 λ0, slots 12-14 the orientation.
 #include "projections/projlist.h"
 #include "projections/world_sphere.h"
@@ -22,34 +28,54 @@ namespace {
 using world::SphereMap;
 
 struct Narrowing {
-  double w, m;
+  double w, s, cx, cy;
+  double psi_pole;  // asin S, ψ of the pole
 };
 
-constexpr Narrowing kHammer{0.5, 1.0};
-constexpr Narrowing kEckertGreifendorff{0.25, 2.0};
+constexpr Narrowing kHammer{0.5, 1.0, 2.0, 1.0, kHalfPi};
+constexpr Narrowing kEckertGreifendorff{0.25, 1.0, 8.0, 0.5, kHalfPi};
+const Narrowing kWagnerVii{1.0 / 3.0, std::sin(65.0 * kPi / 180.0), 2.66723, 1.24104,
+                           65.0 * kPi / 180.0};
+
+// φ of a narrowed ψ, through 1 − sin φ = (sin ψp − sin ψ) / S
+// = 2 cos((ψp + ψ)/2) sin((ψp − ψ)/2) / S, which keeps the digits next to
+// the pole line where sin φ = sin ψ / S alone would lose half of them.  The
+// latitude there moves as the square root of ψ's rounding, so ψ within
+// 4e-15 rad of ψp (rounding of the forward) is the pole.
+double unnarrowed_latitude(const Narrowing &n, double psi) {
+  const double a = std::fabs(psi);
+  if (a > n.psi_pole * world::kOutlineSlack) return std::nan("");
+  if (a >= n.psi_pole - 4e-15) return std::copysign(kHalfPi, psi);
+  const double d = 2.0 * std::cos(0.5 * (n.psi_pole + a)) * std::sin(0.5 * (n.psi_pole - a)) / n.s;
+  return std::copysign(kHalfPi - 2.0 * std::asin(std::sqrt(0.5 * d)), psi);
+}
 
 template <const Narrowing &N>
 bool forward(const SphereMap &, double dlam, double phi, double &x, double &y) {
-  const double l = N.w * dlam, cphi = std::cos(phi);
-  const double k = std::sqrt(2.0 / (1.0 + cphi * std::cos(l)));
-  x = N.m / N.w * k * cphi * std::sin(l);
-  y = k * std::sin(phi) / N.m;
+  const double l = N.w * dlam;
+  const double spsi = N.s * std::sin(phi);
+  // cos ψ = sqrt(1 − sin²ψ), or cos φ itself when nothing is narrowed.
+  const double cpsi = N.s == 1.0 ? std::cos(phi) : std::sqrt((1.0 - spsi) * (1.0 + spsi));
+  const double k = std::sqrt(2.0 / (1.0 + cpsi * std::cos(l)));
+  x = N.cx * k * cpsi * std::sin(l);
+  y = N.cy * k * spsi;
   return true;
 }
 
 template <const Narrowing &N>
 bool inverse(const SphereMap &, double x, double y, double &dlam, double &phi) {
-  const double X = x * N.w / N.m, Y = y * N.m;
+  const double X = x / N.cx, Y = y / N.cy;
   const double rho2 = X * X + Y * Y;
   if (!(rho2 <= 4.0 * world::kOutlineSlack)) return false;
   const double q = std::sqrt(std::fmax(0.0, 1.0 - 0.25 * rho2));
   const double along = 1.0 - 0.5 * rho2;  // towards the centre of the map
   const double equatorial = std::hypot(along, X * q);  // cos φ
-  phi = std::atan2(Y * q, equatorial);
+  const double psi = std::atan2(Y * q, equatorial);
+  phi = N.s == 1.0 ? psi : unnarrowed_latitude(N, psi);
   // Within rounding of a pole (1e-15 rad, nanometres) the longitude is
   // noise: the pole's point takes the central meridian.
   dlam = equatorial < 1e-15 ? 0.0 : std::atan2(X * q, along) / N.w;
-  return true;
+  return std::isfinite(phi);
 }
 
 }  // namespace
@@ -67,4 +93,8 @@ constinit const ko_projlist_entry ko_prj_eckert_greifendorff_vector = {
     43073, "Eckert_Greifendorff", sphere_forward<kp::forward<kp::kEckertGreifendorff>>,
     sphere_inverse<kp::inverse<kp::kEckertGreifendorff>>, kp::world::sphere_constants,
     ko::validity<43073>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_wagner_vii_vector = {
+    43076, "Wagner_VII", sphere_forward<kp::forward<kp::kWagnerVii>>,
+    sphere_inverse<kp::inverse<kp::kWagnerVii>>, kp::world::sphere_constants, ko::validity<43076>,
+    nullptr, nullptr};
 }  // extern "C"

@@ -128,4 +128,23 @@ inline void check_world_edges(const WorldCase &c) {
   expect_refused(f, kWgs84, broken, "NaN central meridian");
 }
 
+// Equal area: the Jacobian of the forward on the unit sphere, by central
+// differences, is cos φ on a spread of points (the differencing is good to
+// about 1e-9).
+inline void check_equal_area(const WorldCase &c) {
+  SCOPED_TRACE(c.name);
+  const Spheroid unit{{1.0, 0.0}};
+  const Family f = family_of(*c.vector);
+  const Parms p = world_parms(c, 0.0);
+  const double h = 1e-5;
+  for (double lat : {-80.0, -30.0, 0.0, 45.0, 85.0})
+    for (double lon : {-170.0, -20.0, 0.0, 90.0, 175.0}) {
+      const double l = lon * kDeg, b = lat * kDeg;
+      const XY e1 = forward1(f, unit, p, l + h, b), w1 = forward1(f, unit, p, l - h, b);
+      const XY n1 = forward1(f, unit, p, l, b + h), s1 = forward1(f, unit, p, l, b - h);
+      const double jac = ((e1.x - w1.x) * (n1.y - s1.y) - (e1.y - w1.y) * (n1.x - s1.x)) / (4 * h * h);
+      EXPECT_NEAR(jac, std::cos(b), 1e-7) << lon << ", " << lat;
+    }
+}
+
 }  // namespace ko::test
