@@ -19,6 +19,7 @@ struct SphereMap {
   double r = 0.0;        // radius, a
   double lambda0 = 0.0;  // central meridian
   double phi1 = 0.0;     // slot 3, for the projections that have a standard parallel
+  double option = 0.0;   // slot 15, for the projections that have variants
   PlaneOrientation plane;
 };
 
@@ -35,6 +36,7 @@ inline bool read_sphere_map(const double *sph, const double *parms, SphereMap &k
   k.r = g.a;
   k.lambda0 = parms[slot::kCentralMeridian];
   k.phi1 = parms[slot::kStdParallel1];
+  k.option = parms[slot::kOption];
   if (!(std::fabs(k.phi1) <= kHalfPi)) return false;
   return plane_orientation_from_parms(parms, k.plane);
 }
