@@ -107,14 +107,6 @@ bool inverse(const SphereMap &k, double x, double y, double &dlam, double &phi) 
 }  // namespace ko::proj
 
 // The projection vectors.
-extern "C" {
-using ko::proj::world::sphere_forward;
-using ko::proj::world::sphere_inverse;
-namespace kp = ko::proj;
-constinit const ko_projlist_entry ko_prj_aitoff_vector = {
-    43043, "Aitoff", sphere_forward<kp::forward<false>>, sphere_inverse<kp::inverse<false>>, nullptr,
-    ko::validity<43043>, nullptr, nullptr};
-constinit const ko_projlist_entry ko_prj_winkel_tripel_vector = {
-    43042, "Winkel_Tripel", sphere_forward<kp::forward<true>>, sphere_inverse<kp::inverse<true>>,
-    kp::world::sphere_constants, ko::validity<43042>, nullptr, nullptr};
-}  // extern "C"
+KO_WORLD_SPHERE_VECTOR(aitoff, 43043, "Aitoff", ko::proj::forward<false>, ko::proj::inverse<false>, nullptr)
+KO_WORLD_SPHERE_VECTOR(winkel_tripel, 43042, "Winkel_Tripel", ko::proj::forward<true>,
+                       ko::proj::inverse<true>, ko::proj::world::sphere_constants)

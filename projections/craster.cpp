@@ -34,9 +34,5 @@ bool craster_inv(const SphereMap &, double x, double y, double &dlam, double &ph
 }  // namespace ko::proj
 
 // The projection vector.
-extern "C" {
-constinit const ko_projlist_entry ko_prj_craster_parabolic_vector = {
-    43046, "Craster_Parabolic", ko::proj::world::sphere_forward<ko::proj::craster_fwd>,
-    ko::proj::world::sphere_inverse<ko::proj::craster_inv>, ko::proj::world::sphere_constants,
-    ko::validity<43046>, nullptr, nullptr};
-}  // extern "C"
+KO_WORLD_SPHERE_VECTOR(craster_parabolic, 43046, "Craster_Parabolic", ko::proj::craster_fwd,
+                       ko::proj::craster_inv, ko::proj::world::sphere_constants)

@@ -126,26 +126,9 @@ bool eck6_inv(const SphereMap &, double x, double y, double &dlam, double &phi) 
 }  // namespace ko::proj
 
 // The projection vectors (no constants: everything is a handful of numbers).
-extern "C" {
-using ko::proj::world::sphere_forward;
-using ko::proj::world::sphere_inverse;
-namespace kp = ko::proj;
-constinit const ko_projlist_entry ko_prj_eckert_i_vector = {
-    43015, "Eckert_I", sphere_forward<kp::eck1_fwd>, sphere_inverse<kp::eck1_inv>, nullptr,
-    ko::validity<43015>, nullptr, nullptr};
-constinit const ko_projlist_entry ko_prj_eckert_ii_vector = {
-    43014, "Eckert_II", sphere_forward<kp::eck2_fwd>, sphere_inverse<kp::eck2_inv>, nullptr,
-    ko::validity<43014>, nullptr, nullptr};
-constinit const ko_projlist_entry ko_prj_eckert_iii_vector = {
-    43013, "Eckert_III", sphere_forward<kp::eck3_fwd>, sphere_inverse<kp::eck3_inv>, nullptr,
-    ko::validity<43013>, nullptr, nullptr};
-constinit const ko_projlist_entry ko_prj_eckert_iv_vector = {
-    43012, "Eckert_IV", sphere_forward<kp::eck4_fwd>, sphere_inverse<kp::eck4_inv>, nullptr,
-    ko::validity<43012>, nullptr, nullptr};
-constinit const ko_projlist_entry ko_prj_eckert_v_vector = {
-    43011, "Eckert_V", sphere_forward<kp::eck5_fwd>, sphere_inverse<kp::eck5_inv>, nullptr,
-    ko::validity<43011>, nullptr, nullptr};
-constinit const ko_projlist_entry ko_prj_eckert_vi_vector = {
-    43010, "Eckert_VI", sphere_forward<kp::eck6_fwd>, sphere_inverse<kp::eck6_inv>, nullptr,
-    ko::validity<43010>, nullptr, nullptr};
-}  // extern "C"
+KO_WORLD_SPHERE_VECTOR(eckert_i, 43015, "Eckert_I", ko::proj::eck1_fwd, ko::proj::eck1_inv, nullptr)
+KO_WORLD_SPHERE_VECTOR(eckert_ii, 43014, "Eckert_II", ko::proj::eck2_fwd, ko::proj::eck2_inv, nullptr)
+KO_WORLD_SPHERE_VECTOR(eckert_iii, 43013, "Eckert_III", ko::proj::eck3_fwd, ko::proj::eck3_inv, nullptr)
+KO_WORLD_SPHERE_VECTOR(eckert_iv, 43012, "Eckert_IV", ko::proj::eck4_fwd, ko::proj::eck4_inv, nullptr)
+KO_WORLD_SPHERE_VECTOR(eckert_v, 43011, "Eckert_V", ko::proj::eck5_fwd, ko::proj::eck5_inv, nullptr)
+KO_WORLD_SPHERE_VECTOR(eckert_vi, 43010, "Eckert_VI", ko::proj::eck6_fwd, ko::proj::eck6_inv, nullptr)

@@ -113,9 +113,5 @@ int goode_constants(ko_constants *c, const double *sph, const double *parms) {
 }  // namespace ko::proj
 
 // The projection vector.
-extern "C" {
-constinit const ko_projlist_entry ko_prj_goode_homolosine_vector = {
-    43059, "Goode_Homolosine", ko::proj::world::sphere_forward<ko::proj::goode_fwd>,
-    ko::proj::world::sphere_inverse<ko::proj::goode_inv>, ko::proj::goode_constants,
-    ko::validity<43059>, nullptr, nullptr};
-}  // extern "C"
+KO_WORLD_SPHERE_VECTOR(goode_homolosine, 43059, "Goode_Homolosine", ko::proj::goode_fwd,
+                       ko::proj::goode_inv, ko::proj::goode_constants)

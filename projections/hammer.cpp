@@ -82,19 +82,10 @@ bool inverse(const SphereMap &, double x, double y, double &dlam, double &phi) {
 }  // namespace ko::proj
 
 // The projection vectors.
-extern "C" {
-using ko::proj::world::sphere_forward;
-using ko::proj::world::sphere_inverse;
-namespace kp = ko::proj;
-constinit const ko_projlist_entry ko_prj_hammer_aitoff_vector = {
-    43044, "Hammer_Aitoff", sphere_forward<kp::forward<kp::kHammer>>,
-    sphere_inverse<kp::inverse<kp::kHammer>>, nullptr, ko::validity<43044>, nullptr, nullptr};
-constinit const ko_projlist_entry ko_prj_eckert_greifendorff_vector = {
-    43073, "Eckert_Greifendorff", sphere_forward<kp::forward<kp::kEckertGreifendorff>>,
-    sphere_inverse<kp::inverse<kp::kEckertGreifendorff>>, kp::world::sphere_constants,
-    ko::validity<43073>, nullptr, nullptr};
-constinit const ko_projlist_entry ko_prj_wagner_vii_vector = {
-    43076, "Wagner_VII", sphere_forward<kp::forward<kp::kWagnerVii>>,
-    sphere_inverse<kp::inverse<kp::kWagnerVii>>, kp::world::sphere_constants, ko::validity<43076>,
-    nullptr, nullptr};
-}  // extern "C"
+KO_WORLD_SPHERE_VECTOR(hammer_aitoff, 43044, "Hammer_Aitoff", ko::proj::forward<ko::proj::kHammer>,
+                       ko::proj::inverse<ko::proj::kHammer>, nullptr)
+KO_WORLD_SPHERE_VECTOR(eckert_greifendorff, 43073, "Eckert_Greifendorff",
+                       ko::proj::forward<ko::proj::kEckertGreifendorff>,
+                       ko::proj::inverse<ko::proj::kEckertGreifendorff>, ko::proj::world::sphere_constants)
+KO_WORLD_SPHERE_VECTOR(wagner_vii, 43076, "Wagner_VII", ko::proj::forward<ko::proj::kWagnerVii>,
+                       ko::proj::inverse<ko::proj::kWagnerVii>, ko::proj::world::sphere_constants)

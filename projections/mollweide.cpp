@@ -98,19 +98,9 @@ const Ellipses kWagnerVE = wagner_v();
 }  // namespace ko::proj
 
 // The projection vectors.
-extern "C" {
-using ko::proj::world::sphere_forward;
-using ko::proj::world::sphere_inverse;
-namespace kp = ko::proj;
-constinit const ko_projlist_entry ko_prj_mollweide_vector = {
-    43009, "Mollweide", sphere_forward<kp::forward<kp::kMollweideE, true>>,
-    sphere_inverse<kp::inverse<kp::kMollweideE>>, kp::world::sphere_constants, ko::validity<43009>,
-    nullptr, nullptr};
-constinit const ko_projlist_entry ko_prj_wagner_iv_vector = {
-    43074, "Wagner_IV", sphere_forward<kp::forward<kp::kWagnerIvE, false>>,
-    sphere_inverse<kp::inverse<kp::kWagnerIvE>>, kp::world::sphere_constants, ko::validity<43074>,
-    nullptr, nullptr};
-constinit const ko_projlist_entry ko_prj_wagner_v_vector = {
-    43075, "Wagner_V", sphere_forward<kp::forward<kp::kWagnerVE, false>>,
-    sphere_inverse<kp::inverse<kp::kWagnerVE>>, nullptr, ko::validity<43075>, nullptr, nullptr};
-}  // extern "C"
+KO_WORLD_SPHERE_VECTOR(mollweide, 43009, "Mollweide", (ko::proj::forward<ko::proj::kMollweideE, true>),
+                       ko::proj::inverse<ko::proj::kMollweideE>, ko::proj::world::sphere_constants)
+KO_WORLD_SPHERE_VECTOR(wagner_iv, 43074, "Wagner_IV", (ko::proj::forward<ko::proj::kWagnerIvE, false>),
+                       ko::proj::inverse<ko::proj::kWagnerIvE>, ko::proj::world::sphere_constants)
+KO_WORLD_SPHERE_VECTOR(wagner_v, 43075, "Wagner_V", (ko::proj::forward<ko::proj::kWagnerVE, false>),
+                       ko::proj::inverse<ko::proj::kWagnerVE>, nullptr)

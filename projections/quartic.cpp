@@ -71,14 +71,7 @@ bool fpq_inv(const SphereMap &, double x, double y, double &dlam, double &phi) {
 }  // namespace ko::proj
 
 // The projection vectors.
-extern "C" {
-using ko::proj::world::sphere_forward;
-using ko::proj::world::sphere_inverse;
-namespace kp = ko::proj;
-constinit const ko_projlist_entry ko_prj_quartic_authalic_vector = {
-    43022, "Quartic_Authalic", sphere_forward<kp::quartic_fwd>, sphere_inverse<kp::quartic_inv>,
-    nullptr, ko::validity<43022>, nullptr, nullptr};
-constinit const ko_projlist_entry ko_prj_flat_polar_quartic_vector = {
-    43045, "Flat_Polar_Quartic", sphere_forward<kp::fpq_fwd>, sphere_inverse<kp::fpq_inv>,
-    kp::world::sphere_constants, ko::validity<43045>, nullptr, nullptr};
-}  // extern "C"
+KO_WORLD_SPHERE_VECTOR(quartic_authalic, 43022, "Quartic_Authalic", ko::proj::quartic_fwd,
+                       ko::proj::quartic_inv, nullptr)
+KO_WORLD_SPHERE_VECTOR(flat_polar_quartic, 43045, "Flat_Polar_Quartic", ko::proj::fpq_fwd,
+                       ko::proj::fpq_inv, ko::proj::world::sphere_constants)

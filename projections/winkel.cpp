@@ -67,14 +67,5 @@ bool wink2_inv(const SphereMap &k, double x, double y, double &dlam, double &phi
 }  // namespace ko::proj
 
 // The projection vectors (no constants: φ1's cosine is all there is).
-extern "C" {
-using ko::proj::world::sphere_forward;
-using ko::proj::world::sphere_inverse;
-namespace kp = ko::proj;
-constinit const ko_projlist_entry ko_prj_winkel_i_vector = {
-    43018, "Winkel_I", sphere_forward<kp::wink1_fwd>, sphere_inverse<kp::wink1_inv>, nullptr,
-    ko::validity<43018>, nullptr, nullptr};
-constinit const ko_projlist_entry ko_prj_winkel_ii_vector = {
-    43019, "Winkel_II", sphere_forward<kp::wink2_fwd>, sphere_inverse<kp::wink2_inv>, nullptr,
-    ko::validity<43019>, nullptr, nullptr};
-}  // extern "C"
+KO_WORLD_SPHERE_VECTOR(winkel_i, 43018, "Winkel_I", ko::proj::wink1_fwd, ko::proj::wink1_inv, nullptr)
+KO_WORLD_SPHERE_VECTOR(winkel_ii, 43019, "Winkel_II", ko::proj::wink2_fwd, ko::proj::wink2_inv, nullptr)

@@ -130,3 +130,11 @@ double newton_solve(F &&f, DF &&df, double c, double t) {
 }
 
 }  // namespace ko::proj::world
+
+// Defines the exported vector ko_prj_<id>_vector of a spherical world map
+// from its two point functions (template arguments of the drivers above)
+// and its constants function (null where none is kept).
+#define KO_WORLD_SPHERE_VECTOR(id, code, name, fwd, inv, constfunc)                          \
+  extern "C" constinit const ko_projlist_entry ko_prj_##id##_vector = {                      \
+      code, name, ::ko::proj::world::sphere_forward<fwd>, ::ko::proj::world::sphere_inverse<inv>, \
+      constfunc, ::ko::validity<code>, nullptr, nullptr};

@@ -128,6 +128,25 @@ inline void check_world_edges(const WorldCase &c) {
   expect_refused(f, kWgs84, broken, "NaN central meridian");
 }
 
+// Forward then inverse of pts (radians) on WGS 84: every point converted
+// both ways and back within tol_deg, longitude compared modulo 360° and not
+// at all on the poles when the pole is a point; prints the worst.
+inline void check_round_trip(const char *name, const Family &f, const Parms &p,
+                             const std::vector<double> &pts, bool pole_is_point, double tol_deg) {
+  std::vector<double> xy = pts;
+  const int n = static_cast<int>(pts.size() / 2);
+  EXPECT_EQ(f.forward(kWgs84.sph(), p.data(), n, xy.data(), nullptr, nullptr), n);
+  EXPECT_EQ(f.inverse(kWgs84.sph(), p.data(), n, xy.data(), nullptr, nullptr), n);
+  double worst = 0.0;
+  for (int i = 0; i < n; ++i) {
+    const bool skip_lon = pole_is_point && std::fabs(pts[2 * i + 1]) == ko::kHalfPi;
+    const double dlon = skip_lon ? 0.0 : std::fabs(lon_diff_deg(xy[2 * i], pts[2 * i]));
+    worst = std::fmax(worst, std::fmax(dlon, std::fabs(xy[2 * i + 1] - pts[2 * i + 1]) / kDeg));
+  }
+  EXPECT_LE(worst, tol_deg) << name;
+  std::printf("[ measured ] %s: round trip %.3g deg over %d points\n", name, worst, n);
+}
+
 // Equal area: the Jacobian of the forward on the unit sphere, by central
 // differences, is cos φ on a spread of points (the differencing is good to
 // about 1e-9).
