@@ -11,9 +11,10 @@
 //   V    x = Δλ (1 + cos φ) / √(2 + π),         y = 2φ / √(2 + π)
 //   VI   θ + sin θ = (1 + π/2) sin φ,
 //        x = Δλ (1 + cos θ) / √(2 + π),         y = 2θ / √(2 + π)
-// II, IV and VI are equal-area.  IV and VI solve for θ by Newton's method;
-// every inverse is closed.
+// II, IV and VI are equal-area.  IV and VI solve for θ by Newton's method
+// (IV in the distance from the pole, below); every inverse is closed.
 // Parameters: slot 2 λ0, slots 12-14 the orientation.
+#include "projections/mollweide_theta.h"
 #include "projections/projlist.h"
 #include "projections/world_sphere.h"
 
@@ -73,17 +74,29 @@ bool eck3_inv(const SphereMap &, double x, double y, double &dlam, double &phi) 
 
 // --- Eckert IV
 inline double eck4_f(double t) { return t + std::sin(t) * std::cos(t) + 2.0 * std::sin(t); }
+// θ of Eckert IV for |φ|, solved in w = 90° − θ: the equation's derivative
+// 2 cos θ (1 + cos θ) vanishes at the pole, so near it θ itself would keep
+// only half the digits.  With c = (2 + π/2) sin φ,
+//   (2 + π/2) − f(90° − w) = ½ (2w − sin 2w) + 4 sin²(w/2)
+//                          = (2 + π/2) · 2 sin²((90° − φ)/2),
+// convex and increasing in w, so Newton's method from √r (at or beyond the
+// root, as the left side is at least w²) converges from above.
+double eck4_w(double abs_phi) {
+  const double s = std::sin(0.5 * (kHalfPi - abs_phi));
+  const double r = kCpIv * 2.0 * s * s;
+  if (r == 0.0) return 0.0;
+  const auto g = [](double w) {
+    const double h = std::sin(0.5 * w);
+    return 0.5 * world::delta_minus_sin(2.0 * w) + 4.0 * h * h;
+  };
+  const auto dg = [](double w) { return 2.0 * std::sin(w) * (std::sin(w) + 1.0); };
+  return world::newton_solve(g, dg, r, std::fmin(kHalfPi, std::sqrt(r)));
+}
+
 bool eck4_fwd(const SphereMap &, double dlam, double phi, double &x, double &y) {
-  const double c = kCpIv * std::sin(std::fabs(phi));
-  // f'(θ) = 2 cos θ (1 + cos θ), zero at the pole: there θ = 90° exactly,
-  // and near it Newton's method still converges from the start φ / 2 + π / 4.
-  double t = kHalfPi;
-  if (c < kCpIv)
-    t = world::newton_solve(eck4_f, [](double u) { return 2.0 * std::cos(u) * (1.0 + std::cos(u)); },
-                            c, 0.5 * std::fabs(phi) + 0.25 * kPi);
-  t = std::copysign(std::fmin(t, kHalfPi), phi);
-  x = 2.0 * dlam * (1.0 + std::cos(t)) / kSqrtPi4Pi;
-  y = kCyIv * std::sin(t);
+  const double w = eck4_w(std::fabs(phi));
+  x = 2.0 * dlam * (1.0 + std::sin(w)) / kSqrtPi4Pi;  // 1 + cos θ
+  y = std::copysign(kCyIv * std::cos(w), phi);       // sin θ
   return true;
 }
 bool eck4_inv(const SphereMap &, double x, double y, double &dlam, double &phi) {

@@ -57,7 +57,7 @@ int forward_points(const SphereMap &k, std::span<double> xy) {
   return count;
 }
 
-// Half a part in 10¹² of slack on the outline, for points that are the
+// One part in 10¹² of slack on the outline, for points that are the
 // forward image of the edge itself.
 inline constexpr double kOutlineSlack = 1.0 + 1e-12;
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <numbers>
+
 namespace {
 
 using namespace ko::test;
@@ -44,6 +46,27 @@ TEST(Eckert, PoleIsALine) {
     EXPECT_NEAR(back.x / kDeg, 100.0, 1e-7);
     EXPECT_NEAR(back.y / kDeg, 90.0, 1e-7);
   }
+}
+
+// Eckert IV near its pole line, where the auxiliary angle's equation has a
+// double root: against θ + sin θ cos θ + 2 sin θ = (2 + π/2) sin φ solved by
+// bisection in long double, x = 2 a Δλ (1 + cos θ) / sqrt(π(4 + π)),
+// y = 2 a sqrt(π/(4 + π)) sin θ, within 1e-6 m down to 0.001° from the pole.
+TEST(Eckert, EckertIvNearThePoleMatchesBisection) {
+  const Family f = family_of(ko_prj_eckert_iv_vector);
+  const Parms p{{ko::proj::slot::kCentralMeridian, 0.0}};
+  const long double a = kWgs84.pair[0], pi = std::numbers::pi_v<long double>;
+  for (double from_pole : {1.0, 0.1, 0.01, 0.001})
+    for (double sign : {1.0, -1.0}) {
+      const double phi = sign * (90.0 - from_pole) * kDeg, lon = 170.0 * kDeg;
+      const long double t = bisect(
+          [](long double u) { return u + std::sin(u) * std::cos(u) + 2 * std::sin(u); },
+          (2 + pi / 2) * std::sin(static_cast<long double>(phi)), -pi / 2, pi / 2);
+      const XY got = forward1(f, kWgs84, p, lon, phi);
+      EXPECT_NEAR(got.x, static_cast<double>(2 * a * lon * (1 + std::cos(t)) / std::sqrt(pi * (4 + pi))), 1e-6)
+          << phi / kDeg;
+      EXPECT_NEAR(got.y, static_cast<double>(2 * a * std::sqrt(pi / (4 + pi)) * std::sin(t)), 1e-6);
+    }
 }
 
 }  // namespace

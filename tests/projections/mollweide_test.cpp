@@ -41,13 +41,9 @@ TEST(Mollweide, NearThePolesMatchesBisection) {
     for (double sign : {1.0, -1.0})
       for (double lon : {-179.0, 33.0, 180.0}) {
         const double phi = sign * (90.0 - from_pole) * kDeg;
-        const long double c = pi * std::sin(static_cast<long double>(phi));
-        long double lo = -pi / 2, hi = pi / 2;
-        for (int i = 0; i < 200; ++i) {
-          const long double mid = (lo + hi) / 2;
-          (2 * mid + std::sin(2 * mid) < c ? lo : hi) = mid;
-        }
-        const long double t = (lo + hi) / 2;
+        const long double t =
+            bisect([](long double u) { return 2 * u + std::sin(2 * u); },
+                   pi * std::sin(static_cast<long double>(phi)), -pi / 2, pi / 2);
         const XY got = forward1(f, kWgs84, p, lon * kDeg, phi);
         EXPECT_NEAR(got.x, static_cast<double>(2 * std::sqrt(2.0L) / pi * a * (lon * kDeg) * std::cos(t)), 1e-6)
             << lon << ", " << phi / kDeg;

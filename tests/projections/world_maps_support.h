@@ -128,6 +128,19 @@ inline void check_world_edges(const WorldCase &c) {
   expect_refused(f, kWgs84, broken, "NaN central meridian");
 }
 
+// The root of the increasing f(t) = c on [lo, hi] by bisection in long
+// double: an independent solution of a projection's auxiliary-angle
+// equation (its precision near a double root is the square root of long
+// double's, still a thousand times double's).
+template <class F>
+long double bisect(F &&f, long double c, long double lo, long double hi) {
+  for (int i = 0; i < 200; ++i) {
+    const long double mid = (lo + hi) / 2;
+    (f(mid) < c ? lo : hi) = mid;
+  }
+  return (lo + hi) / 2;
+}
+
 // Forward then inverse of pts (radians) on WGS 84: every point converted
 // both ways and back within tol_deg, longitude compared modulo 360° and not
 // at all on the poles when the pole is a point; prints the worst.
