@@ -122,6 +122,16 @@ inline void check_world_edges(const WorldCase &c) {
   const XY r = inverse1(f, kWgs84, p, std::nan(""), 0.0, &count);
   EXPECT_EQ(count, 0);
   EXPECT_EQ(r.y, HUGE_VAL);
+  // Null arguments and another family's constants convert nothing.
+  double pt[2] = {0.1, 0.2};
+  EXPECT_EQ(f.forward(nullptr, p.data(), 1, pt, nullptr, nullptr), 0);
+  EXPECT_EQ(f.inverse(kWgs84.sph(), nullptr, 1, pt, nullptr, nullptr), 0);
+  EXPECT_EQ(f.forward(kWgs84.sph(), p.data(), 1, nullptr, nullptr, nullptr), 0);
+  EXPECT_EQ(f.inverse(kWgs84.sph(), p.data(), -1, pt, nullptr, nullptr), 0);
+  const Cached other(family_of(ko_prj_bonne_vector), kWgs84, p);
+  ASSERT_GE(other.status, 0);
+  EXPECT_EQ(f.forward(kWgs84.sph(), p.data(), 1, pt, other.ivals(), other.dvals()), 0);
+  EXPECT_EQ(f.inverse(kWgs84.sph(), p.data(), 1, pt, other.ivals(), other.dvals()), 0);
   // A definition without a usable central meridian converts nothing.
   Parms broken = p;
   broken[ko::proj::slot::kCentralMeridian] = std::nan("");
