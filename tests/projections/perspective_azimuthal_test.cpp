@@ -1,6 +1,7 @@
-// Gnomonic: agreement with PROJ's gnom for polar, equatorial and oblique
-// centres (on the sphere of radius a when given an ellipsoid, as PROJ
-// computes it), straight great circles, and the horizon.
+// The perspective azimuthals: agreement with PROJ's gnom and nsper for
+// polar, equatorial and oblique centres (on the sphere of radius a when
+// given an ellipsoid, as PROJ computes them), the gnomonic's straight great
+// circles, and the horizon and limb.
 #include "tests/projections/projfam_support.h"
 
 #include <gtest/gtest.h>
@@ -15,9 +16,17 @@ namespace slot = ko::proj::slot;
 
 const Family kGnomonic{ko_prj_gnomonic_vector.forward, ko_prj_gnomonic_vector.inverse,
                        ko_prj_gnomonic_vector.constfunc};
+const Family kNsper{ko_prj_vertical_near_side_perspective_vector.forward,
+                    ko_prj_vertical_near_side_perspective_vector.inverse,
+                    ko_prj_vertical_near_side_perspective_vector.constfunc};
 
 Parms centre(double lon, double lat) {
   return Parms{{slot::kLonCenter, dms(lon)}, {slot::kLatCenter, dms(lat)}};
+}
+Parms seen_from(double lon, double lat, double height) {
+  Parms p = centre(lon, lat);
+  p[slot::kHeight] = height;
+  return p;
 }
 
 // Angular distance (radians) of two points on the sphere.
@@ -57,6 +66,41 @@ TEST(Gnomonic, AgreesWithProj) {
       const std::vector<double> pts = cap(c.lon, c.lat, 80.0);
       ASSERT_GT(pts.size(), 100u);
       check_against(kGnomonic, sph, centre(c.lon, c.lat), oracle, pts, 1e-6, 1e-9);
+    }
+  }
+}
+
+// Forward within 1e-6 m of PROJ's nsper up to 0.5° inside the horizon (from
+// a geostationary height, 1000 km and 300 km), inverse of the library's
+// forward within 1e-9 degree.
+TEST(VerticalPerspective, AgreesWithProj) {
+  struct View {
+    double lon, lat, height;
+  };
+  const Spheroid sphere{{6371000.0, 0.0}};
+  for (const View v : {View{-75, 0, 35786000}, View{10, 50, 1e6}, View{140, -35, 3e5},
+                       View{0, 90, 2e6}}) {
+    for (const auto &[sph, figure] :
+         {std::pair{kWgs84, " +ellps=WGS84"}, std::pair{sphere, " +R=6371000"}}) {
+      const std::string def = "+proj=nsper +h=" + num(v.height) + " +lon_0=" + num(v.lon) +
+                              " +lat_0=" + num(v.lat) + figure;
+      SCOPED_TRACE(def);
+      ProjOracle oracle(def);
+      ASSERT_TRUE(oracle.ok());
+      const double horizon = std::acos(1.0 / (1.0 + v.height / sph.pair[0])) / kDeg;
+      std::vector<double> pts = cap(v.lon, v.lat, horizon - 0.5);
+      // A view from 300 km sees a cap of 17°: a finer grid within it.
+      if (pts.size() < 100) {
+        pts.clear();
+        const std::vector<double> fine = grid(v.lon - 25, v.lat - 20, v.lon + 25, v.lat + 20, 41, 41);
+        for (std::size_t i = 0; i < fine.size(); i += 2)
+          if (arc(dms(v.lon), dms(v.lat), fine[i], fine[i + 1]) < dms(horizon - 0.5)) {
+            pts.push_back(fine[i]);
+            pts.push_back(fine[i + 1]);
+          }
+      }
+      ASSERT_GT(pts.size(), 100u);
+      check_against(kNsper, sph, seen_from(v.lon, v.lat, v.height), oracle, pts, 1e-6, 1e-9);
     }
   }
 }
@@ -106,6 +150,33 @@ TEST(Gnomonic, Horizon) {
   expect_refused(kGnomonic, kWgs84, centre(0, 91), "centre beyond the pole");
   expect_refused(kGnomonic, kWgs84, Parms{{slot::kLatCenter, dms(10)}, {slot::kLonCenter, NAN}},
                  "no centre longitude");
+}
+
+// The horizon seen from the view point is the limb circle of radius
+// a sqrt((P − 1) / (P + 1)): beyond the horizon nothing has an image, and
+// beyond the limb the inverse refuses.
+TEST(VerticalPerspective, HorizonAndLimb) {
+  const double a = kWgs84.pair[0], h = 35786000.0, p = 1.0 + h / a;
+  const Parms parms = seen_from(-75, 0, h);
+  const double horizon = std::acos(1.0 / p);
+  int count = -1;
+  const XY limb = forward1(kNsper, kWgs84, parms, dms(-75) + horizon * (1 - 1e-12), 0.0, &count);
+  EXPECT_EQ(count, 1);
+  EXPECT_NEAR(limb.x, a * std::sqrt((p - 1.0) / (p + 1.0)), 1e-3);
+  forward1(kNsper, kWgs84, parms, dms(-75) + horizon + 1e-6, 0.0, &count);
+  EXPECT_EQ(count, 0) << "beyond the horizon";
+  forward1(kNsper, kWgs84, parms, dms(105), 0.0, &count);
+  EXPECT_EQ(count, 0) << "the far side";
+  const XY out = inverse1(kNsper, kWgs84, parms, 0.0, limb.x * 1.001, &count);
+  EXPECT_EQ(count, 0) << "beyond the limb";
+  EXPECT_EQ(out.x, HUGE_VAL);
+  const XY back = inverse1(kNsper, kWgs84, parms, 0.0, 0.0, &count);
+  EXPECT_EQ(count, 1);
+  EXPECT_NEAR(back.x / kDeg, -75.0, 1e-12);
+  EXPECT_NEAR(back.y / kDeg, 0.0, 1e-12);
+  expect_refused(kNsper, kWgs84, seen_from(0, 0, 0.0), "no height");
+  expect_refused(kNsper, kWgs84, seen_from(0, 0, -1000.0), "a view point inside the sphere");
+  expect_refused(kNsper, kWgs84, seen_from(0, 95, 1e6), "centre beyond the pole");
 }
 
 }  // namespace
