@@ -17,8 +17,7 @@ namespace {
 using namespace ko::test;
 namespace slot = ko::proj::slot;
 
-const Family kEqdc{ko_prj_equidistant_conic_vector.forward, ko_prj_equidistant_conic_vector.inverse,
-                   ko_prj_equidistant_conic_vector.constfunc};
+const Family kEqdc = family_of(ko_prj_equidistant_conic_vector);
 
 Parms conic(double lon0, double phi1, double phi2, double phi0) {
   return Parms{{slot::kCentralMeridian, dms(lon0)},

@@ -14,11 +14,8 @@ namespace {
 using namespace ko::test;
 namespace slot = ko::proj::slot;
 
-const Family kGnomonic{ko_prj_gnomonic_vector.forward, ko_prj_gnomonic_vector.inverse,
-                       ko_prj_gnomonic_vector.constfunc};
-const Family kNsper{ko_prj_vertical_near_side_perspective_vector.forward,
-                    ko_prj_vertical_near_side_perspective_vector.inverse,
-                    ko_prj_vertical_near_side_perspective_vector.constfunc};
+const Family kGnomonic = family_of(ko_prj_gnomonic_vector);
+const Family kNsper = family_of(ko_prj_vertical_near_side_perspective_vector);
 
 Parms centre(double lon, double lat) {
   return Parms{{slot::kLonCenter, dms(lon)}, {slot::kLatCenter, dms(lat)}};

@@ -19,9 +19,7 @@ namespace {
 using namespace ko::test;
 namespace slot = ko::proj::slot;
 
-const Family kTpeqd{ko_prj_two_point_equidistant_vector.forward,
-                    ko_prj_two_point_equidistant_vector.inverse,
-                    ko_prj_two_point_equidistant_vector.constfunc};
+const Family kTpeqd = family_of(ko_prj_two_point_equidistant_vector);
 
 Parms points(double lon1, double lat1, double lon2, double lat2) {
   return Parms{{slot::kStdParallel1, dms(lat1)},

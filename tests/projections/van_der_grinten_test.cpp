@@ -12,8 +12,7 @@ namespace {
 using namespace ko::test;
 namespace slot = ko::proj::slot;
 
-const Family kVdg{ko_prj_van_der_grinten_i_vector.forward, ko_prj_van_der_grinten_i_vector.inverse,
-                  ko_prj_van_der_grinten_i_vector.constfunc};
+const Family kVdg = family_of(ko_prj_van_der_grinten_i_vector);
 
 #ifdef KO_HAVE_PROJ
 // Forward within 1e-6 m of PROJ, inverse of the library's forward within

@@ -14,8 +14,6 @@ namespace {
 using namespace ko::test;
 namespace slot = ko::proj::slot;
 
-Family family_of(const ko_projlist_entry &v) { return {v.forward, v.inverse, v.constfunc}; }
-
 struct WorldCylCase {
   const char *name;
   const ko_projlist_entry *vector;
