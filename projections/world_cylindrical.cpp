@@ -154,16 +154,24 @@ int behrmann_forward(const double *sph, const double *parms, int n, double *coor
   return cea_forward(sph, p, n, coords, ivals, dvals);
 }
 // The equal-area inverse reads any easting modulo the map's width; a point
-// beyond the outline is marked first, so that it is refused.
+// beyond the outline is marked first, so that it is refused.  (The marking
+// waits until the definition is known to be usable, and reads plain grid
+// eastings: Behrmann takes no plane orientation.)
 int behrmann_inverse(const double *sph, const double *parms, int n, double *coords,
                      const int32_t *ivals, const double *dvals) {
   Ellipsoid g;
-  if (parms == nullptr || !read_ellipsoid(sph, g) || n < 0 || (n > 0 && coords == nullptr)) return 0;
+  if (parms == nullptr || !read_ellipsoid(sph, g) || n < 0 || (n > 0 && coords == nullptr) ||
+      !finite_slots(parms, {slot::kCentralMeridian, slot::kLatOrigin}) ||
+      !(std::fabs(parms[slot::kLatOrigin]) <= kHalfPi))
+    return 0;
   double p[KO_PARM_COUNT];
   behrmann_parms(parms, p);
-  const double half_width = kPi * g.a * parallel_radius_ratio(g.e2, kBehrmannParallel);
-  for (int i = 0; i < n; ++i)
-    if (!(std::fabs(coords[2 * i]) <= half_width * (1.0 + 1e-15))) store_point(&coords[2 * i], 0, 0, false);
+  if (plain_orientation(parms)) {
+    const double half_width = kPi * g.a * parallel_radius_ratio(g.e2, kBehrmannParallel);
+    for (int i = 0; i < n; ++i)
+      if (!(std::fabs(coords[2 * i]) <= half_width * (1.0 + 1e-15)))
+        store_point(&coords[2 * i], 0.0, 0.0, false);
+  }
   return cea_inverse(sph, p, n, coords, ivals, dvals);
 }
 

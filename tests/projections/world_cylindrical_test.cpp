@@ -90,6 +90,10 @@ TEST(WorldCylindrical, OutlineAndRefusals) {
     EXPECT_EQ(count, 0);
     expect_refused(f, kWgs84, Parms{{slot::kCentralMeridian, NAN}}, "no central meridian");
     expect_refused(f, Spheroid{{-1.0, 0.0}}, p, "a negative axis");
+    // A refused definition leaves even a point beyond the outline as it was.
+    const XY kept = inverse1(f, kWgs84, Parms{{slot::kCentralMeridian, NAN}}, 1e8, 0.0, &count);
+    EXPECT_EQ(count, 0);
+    EXPECT_EQ(kept.x, 1e8);
   }
 }
 
