@@ -17,10 +17,7 @@ namespace {
 using namespace ko::test;
 namespace slot = ko::proj::slot;
 
-// The function slots of a projection vector.
-Family slots_of(const ko_projlist_entry &v) { return {v.forward, v.inverse, v.constfunc}; }
-
-const Family kEqdc = slots_of(ko_prj_equidistant_conic_vector);
+const Family kEqdc = family_of(ko_prj_equidistant_conic_vector);
 
 Parms conic(double lon0, double phi1, double phi2, double phi0) {
   return Parms{{slot::kCentralMeridian, dms(lon0)},

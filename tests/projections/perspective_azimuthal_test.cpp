@@ -14,11 +14,8 @@ namespace {
 using namespace ko::test;
 namespace slot = ko::proj::slot;
 
-// The function slots of a projection vector.
-Family slots_of(const ko_projlist_entry &v) { return {v.forward, v.inverse, v.constfunc}; }
-
-const Family kGnomonic = slots_of(ko_prj_gnomonic_vector);
-const Family kNsper = slots_of(ko_prj_vertical_near_side_perspective_vector);
+const Family kGnomonic = family_of(ko_prj_gnomonic_vector);
+const Family kNsper = family_of(ko_prj_vertical_near_side_perspective_vector);
 
 Parms centre(double lon, double lat) {
   return Parms{{slot::kLonCenter, dms(lon)}, {slot::kLatCenter, dms(lat)}};

@@ -67,6 +67,9 @@ struct Family {
   ko_proj_constfunc constfunc;
 };
 
+// The function slots of a projection vector.
+inline Family family_of(const ko_projlist_entry &v) { return {v.forward, v.inverse, v.constfunc}; }
+
 // Cached constants for a parameter set, deleted at the end of scope.  A
 // projection without a constants function has status 0 and null arrays.
 struct Cached {

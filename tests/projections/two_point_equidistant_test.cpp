@@ -19,10 +19,7 @@ namespace {
 using namespace ko::test;
 namespace slot = ko::proj::slot;
 
-// The function slots of a projection vector.
-Family slots_of(const ko_projlist_entry &v) { return {v.forward, v.inverse, v.constfunc}; }
-
-const Family kTpeqd = slots_of(ko_prj_two_point_equidistant_vector);
+const Family kTpeqd = family_of(ko_prj_two_point_equidistant_vector);
 
 Parms points(double lon1, double lat1, double lon2, double lat2) {
   return Parms{{slot::kStdParallel1, dms(lat1)},

@@ -12,10 +12,7 @@ namespace {
 using namespace ko::test;
 namespace slot = ko::proj::slot;
 
-// The function slots of a projection vector.
-Family slots_of(const ko_projlist_entry &v) { return {v.forward, v.inverse, v.constfunc}; }
-
-const Family kVdg = slots_of(ko_prj_van_der_grinten_i_vector);
+const Family kVdg = family_of(ko_prj_van_der_grinten_i_vector);
 
 #ifdef KO_HAVE_PROJ
 // Forward within 1e-6 m of PROJ, inverse of the library's forward within

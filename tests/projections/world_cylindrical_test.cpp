@@ -14,9 +14,6 @@ namespace {
 using namespace ko::test;
 namespace slot = ko::proj::slot;
 
-// The function slots of a projection vector.
-Family slots_of(const ko_projlist_entry &v) { return {v.forward, v.inverse, v.constfunc}; }
-
 struct WorldCylCase {
   const char *name;
   const ko_projlist_entry *vector;
@@ -47,7 +44,7 @@ TEST(WorldCylindrical, AgreesWithProj) {
         ProjOracle oracle(def);
         ASSERT_TRUE(oracle.ok());
         const Parms p{{slot::kCentralMeridian, dms(lon0)}};
-        check_against(slots_of(*c.vector), sph, p, oracle,
+        check_against(family_of(*c.vector), sph, p, oracle,
                       grid(lon0 - 179.9, -90, lon0 + 179.9, 90, 19, 19), 1e-6, 1e-9);
       }
     }
@@ -63,7 +60,7 @@ TEST(WorldCylindrical, OutlineAndRefusals) {
   const Parms p{{slot::kCentralMeridian, dms(20)}};
   for (const WorldCylCase &c : kCases) {
     SCOPED_TRACE(c.name);
-    const Family f = slots_of(*c.vector);
+    const Family f = family_of(*c.vector);
     const XY east = forward1(f, kWgs84, p, dms(20 + 180), 0.0);
     const XY west = forward1(f, kWgs84, p, dms(20 - 180), 0.0);
     EXPECT_NEAR(std::fabs(east.x), std::fabs(west.x), 1e-6);

@@ -14,8 +14,6 @@
 
 namespace ko::test {
 
-inline Family family_of(const ko_projlist_entry &v) { return {v.forward, v.inverse, v.constfunc}; }
-
 // One projection against its PROJ counterpart: `proj` is the PROJ
 // definition without the central meridian and the figure of the earth.
 struct WorldCase {

@@ -15,9 +15,6 @@ namespace {
 using namespace ko::test;
 namespace slot = ko::proj::slot;
 
-// The function slots of a projection vector.
-Family slots_of(const ko_projlist_entry &v) { return {v.forward, v.inverse, v.constfunc}; }
-
 struct PseudoCase {
   const char *name;
   const ko_projlist_entry *vector;
@@ -58,7 +55,7 @@ TEST(WorldPseudocylindrical, AgreesWithProj) {
         SCOPED_TRACE(std::string(c.name) + ": " + def);
         ProjOracle oracle(def);
         ASSERT_TRUE(oracle.ok());
-        check_against(slots_of(*c.vector), sph, parms_of(c, lon0), oracle,
+        check_against(family_of(*c.vector), sph, parms_of(c, lon0), oracle,
                       grid(lon0 - 179.9, -pole, lon0 + 179.9, pole, 19, rows), 1e-6, 1e-9);
       }
     }
@@ -76,7 +73,7 @@ TEST(WorldPseudocylindrical, LoximuthalNearItsCentralParallel) {
   const GaussLegendre quad;
   const double a = kWgs84.pair[0], phi1 = dms(40);
   const Parms p{{slot::kCentralMeridian, dms(10)}, {slot::kLatOrigin, phi1}};
-  const Family f = slots_of(ko_prj_loximuthal_vector);
+  const Family f = family_of(ko_prj_loximuthal_vector);
   struct Quadrature {
     const GaussLegendre &quad;
     double a, phi1;
@@ -104,7 +101,7 @@ TEST(WorldPseudocylindrical, LoximuthalLoxodromesAreTrue) {
   const double a = kWgs84.pair[0];
   const double phi1 = dms(35);
   const Parms p{{slot::kCentralMeridian, 0.0}, {slot::kLatOrigin, phi1}};
-  const Family f = slots_of(ko_prj_loximuthal_vector);
+  const Family f = family_of(ko_prj_loximuthal_vector);
   for (const XY pt : {XY{dms(60), dms(70)}, XY{dms(-120), dms(-40)}, XY{dms(10), dms(35.5)}}) {
     const XY xy = forward1(f, kWgs84, p, pt.x, pt.y);
     const double dpsi = std::asinh(std::tan(pt.y)) - std::asinh(std::tan(phi1));
@@ -119,7 +116,7 @@ TEST(WorldPseudocylindrical, LoximuthalLoxodromesAreTrue) {
 TEST(WorldPseudocylindrical, OutlineAndRefusals) {
   for (const PseudoCase &c : kCases) {
     SCOPED_TRACE(c.name);
-    const Family f = slots_of(*c.vector);
+    const Family f = family_of(*c.vector);
     const Parms p = parms_of(c, 20);
     int count = -1;
     const XY north = forward1(f, kWgs84, p, dms(20 + 180), dms(90));
@@ -145,7 +142,7 @@ TEST(WorldPseudocylindrical, OutlineAndRefusals) {
     EXPECT_EQ(count, 0);
     expect_refused(f, kWgs84, Parms{{slot::kCentralMeridian, NAN}}, "no central meridian");
   }
-  expect_refused(slots_of(ko_prj_loximuthal_vector), kWgs84,
+  expect_refused(family_of(ko_prj_loximuthal_vector), kWgs84,
                  Parms{{slot::kCentralMeridian, 0.0}, {slot::kLatOrigin, dms(90)}},
                  "central parallel on a pole");
 }
