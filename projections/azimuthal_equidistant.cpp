@@ -15,6 +15,7 @@
 // antipode of the centre (a circle, not a point) has no image; an inverse
 // distance beyond half the equator is refused.
 #include "geodesy/geodesic.h"
+#include "projections/auxiliary_sphere.h"
 #include "projections/families.h"
 #include "projections/family.h"
 #include "projections/projlist.h"
@@ -213,3 +214,10 @@ constinit const ko_projlist_entry ko_prj_azimuthal_equidistant_vector = {
     43032, "Azimuthal_Equidistant", ko::proj::aeqd_forward, ko::proj::aeqd_inverse,
     ko::proj::aeqd_constants, ko::validity<43032>, nullptr, nullptr};
 }  // extern "C"
+
+// Azimuthal_Equidistant on an auxiliary sphere (the spherical form); for
+// type 3 the latitude of origin is taken to its authalic latitude too.
+KO_AUXS_VECTOR(azimuthal_equidistant_auxs, 43132, "Azimuthal_Equidistant_Auxiliary_Sphere",
+               ko::proj::aeqd_forward, ko::proj::aeqd_inverse,
+               (ko::proj::auxs::constants<ko::proj::aeqd_constants, ko::proj::slot::kLatOrigin>),
+               ko::proj::slot::kCentralMeridian, ko::proj::slot::kLatOrigin)

@@ -11,6 +11,7 @@
 // Parameters: slot 2 λ0, slot 3 φ1 (standard parallel), slot 6 φ0 (the
 // equidistant forms), slots 12-14 the orientation.  Longitudes beyond the
 // map's width come back wrapped.
+#include "projections/auxiliary_sphere.h"
 #include "projections/families.h"
 #include "projections/family.h"
 #include "projections/projlist.h"
@@ -186,3 +187,9 @@ constinit const ko_projlist_entry ko_prj_cylindrical_eqarea_vector = {
     43034, "Cylindrical_Equal_Area", ko::proj::cea_forward, ko::proj::cea_inverse,
     ko::proj::cea_constants, ko::validity<43034>, nullptr, nullptr};
 }  // extern "C"
+
+// Equidistant_Cylindrical on an auxiliary sphere; for type 3 the standard
+// parallel is taken to its authalic latitude too.
+KO_AUXS_VECTOR(equidistant_cylindrical_auxs, 43102, "Equidistant_Cylindrical_Auxiliary_Sphere",
+               ko::proj::eqc_forward, ko::proj::eqc_inverse, nullptr,
+               ko::proj::slot::kCentralMeridian, ko::proj::slot::kStdParallel1)

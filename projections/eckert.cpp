@@ -14,6 +14,7 @@
 // II, IV and VI are equal-area.  IV and VI solve for θ by Newton's method
 // (IV in the distance from the pole, below); every inverse is closed.
 // Parameters: slot 2 λ0, slots 12-14 the orientation.
+#include "projections/auxiliary_sphere.h"
 #include "projections/mollweide_theta.h"
 #include "projections/projlist.h"
 #include "projections/world_sphere.h"
@@ -145,3 +146,13 @@ KO_WORLD_SPHERE_VECTOR(eckert_iii, 43013, "Eckert_III", ko::proj::eck3_fwd, ko::
 KO_WORLD_SPHERE_VECTOR(eckert_iv, 43012, "Eckert_IV", ko::proj::eck4_fwd, ko::proj::eck4_inv, nullptr)
 KO_WORLD_SPHERE_VECTOR(eckert_v, 43011, "Eckert_V", ko::proj::eck5_fwd, ko::proj::eck5_inv, nullptr)
 KO_WORLD_SPHERE_VECTOR(eckert_vi, 43010, "Eckert_VI", ko::proj::eck6_fwd, ko::proj::eck6_inv, nullptr)
+
+// Eckert VI and Eckert IV on an auxiliary sphere.
+KO_AUXS_VECTOR(eckert_vi_auxs, 43110, "Eckert_VI_Auxiliary_Sphere",
+               ko::proj::world::sphere_forward<ko::proj::eck6_fwd>,
+               ko::proj::world::sphere_inverse<ko::proj::eck6_inv>, nullptr,
+               ko::proj::slot::kCentralMeridian, ko::proj::auxs::kNoLatitude)
+KO_AUXS_VECTOR(eckert_iv_auxs, 43112, "Eckert_IV_Auxiliary_Sphere",
+               ko::proj::world::sphere_forward<ko::proj::eck4_fwd>,
+               ko::proj::world::sphere_inverse<ko::proj::eck4_inv>, nullptr,
+               ko::proj::slot::kCentralMeridian, ko::proj::auxs::kNoLatitude)

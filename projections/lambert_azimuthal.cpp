@@ -8,6 +8,7 @@
 // an inverse point outside that circle of radius 2 Rq is refused.
 //
 // Parameters: slot 2 λ0, slot 6 φ0, slots 12-14 the orientation.
+#include "projections/auxiliary_sphere.h"
 #include "projections/families.h"
 #include "projections/family.h"
 #include "projections/projlist.h"
@@ -144,3 +145,10 @@ constinit const ko_projlist_entry ko_prj_lambert_azimuthal_eqarea_vector = {
     43033, "Lambert_Azimuthal_Equal_Area", ko::proj::laea_forward, ko::proj::laea_inverse,
     ko::proj::laea_constants, ko::validity<43033>, nullptr, nullptr};
 }  // extern "C"
+
+// Lambert_Azimuthal_Equal_Area on an auxiliary sphere; for type 3 the
+// latitude of origin is taken to its authalic latitude too.
+KO_AUXS_VECTOR(lambert_azimuthal_eqarea_auxs, 43133, "Lambert_Azimuthal_Equal_Area_Auxiliary_Sphere",
+               ko::proj::laea_forward, ko::proj::laea_inverse,
+               (ko::proj::auxs::constants<ko::proj::laea_constants, ko::proj::slot::kLatOrigin>),
+               ko::proj::slot::kCentralMeridian, ko::proj::slot::kLatOrigin)

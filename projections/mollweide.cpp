@@ -21,6 +21,7 @@
 // keeps its precision next to a pole where sin φ alone would lose half the
 // digits.
 // Parameters: slot 2 λ0, slots 12-14 the orientation.
+#include "projections/auxiliary_sphere.h"
 #include "projections/projlist.h"
 #include "projections/mollweide_theta.h"
 #include "projections/world_sphere.h"
@@ -94,6 +95,10 @@ const Ellipses kMollweideE = equal_area(kHalfPi);
 const Ellipses kWagnerIvE = equal_area(kPi / 3.0);
 const Ellipses kWagnerVE = wagner_v();
 
+// Mollweide's slots by name, for its auxiliary-sphere form.
+constexpr ko_proj_fn kMollweideForward = world::sphere_forward<forward<kMollweideE, true>>;
+constexpr ko_proj_fn kMollweideInverse = world::sphere_inverse<inverse<kMollweideE>>;
+
 }  // namespace
 }  // namespace ko::proj
 
@@ -104,3 +109,9 @@ KO_WORLD_SPHERE_VECTOR(wagner_iv, 43074, "Wagner_IV", (ko::proj::forward<ko::pro
                        ko::proj::inverse<ko::proj::kWagnerIvE>, ko::proj::world::sphere_constants)
 KO_WORLD_SPHERE_VECTOR(wagner_v, 43075, "Wagner_V", (ko::proj::forward<ko::proj::kWagnerVE, false>),
                        ko::proj::inverse<ko::proj::kWagnerVE>, nullptr)
+
+// Mollweide on an auxiliary sphere.
+KO_AUXS_VECTOR(mollweide_auxs, 43109, "Mollweide_Auxiliary_Sphere", ko::proj::kMollweideForward,
+               ko::proj::kMollweideInverse,
+               (ko::proj::auxs::constants<ko::proj::world::sphere_constants, ko::proj::auxs::kNoLatitude>),
+               ko::proj::slot::kCentralMeridian, ko::proj::auxs::kNoLatitude)

@@ -12,6 +12,7 @@
 // no image; an inverse point off the ellipsoid's outline is refused.
 // Parameters: slot 10 λ0 (Longitude_Of_Center), slot 11 φ0
 // (Latitude_Of_Center), slots 12-14 the orientation.
+#include "projections/auxiliary_sphere.h"
 #include "projections/families.h"
 #include "projections/family.h"
 #include "projections/projlist.h"
@@ -115,3 +116,10 @@ constinit const ko_projlist_entry ko_prj_orthographic_vector = {
     43041, "Orthographic", ko::proj::orthographic_forward, ko::proj::orthographic_inverse,
     ko::proj::orthographic_constants, ko::validity<43041>, nullptr, nullptr};
 }  // extern "C"
+
+// Orthographic on an auxiliary sphere; for type 3 the latitude of the
+// centre is taken to its authalic latitude too.
+KO_AUXS_VECTOR(orthographic_auxs, 43141, "Orthographic_Auxiliary_Sphere",
+               ko::proj::orthographic_forward, ko::proj::orthographic_inverse,
+               (ko::proj::auxs::constants<ko::proj::orthographic_constants, ko::proj::slot::kLatCenter>),
+               ko::proj::slot::kLonCenter, ko::proj::slot::kLatCenter)

@@ -14,6 +14,7 @@
 // centre (east, north, up), and turns it back to latitude and longitude.
 // Parameters: slot 10 λc (Longitude_Of_Center), slot 11 φ1
 // (Latitude_Of_Center).
+#include "projections/auxiliary_sphere.h"
 #include "projections/family.h"
 #include "projections/projlist.h"
 
@@ -142,3 +143,10 @@ constinit const ko_projlist_entry ko_prj_vertical_near_side_perspective_vector =
     43049, "Vertical_Near_Side_Perspective", ko::proj::nsper_forward, ko::proj::nsper_inverse,
     ko::proj::nsper_constants, ko::validity<43049>, nullptr, nullptr};
 }  // extern "C"
+
+// Gnomonic on an auxiliary sphere; for type 3 the latitude of the centre
+// is taken to its authalic latitude too.
+KO_AUXS_VECTOR(gnomonic_auxs, 43147, "Gnomonic_Auxiliary_Sphere",
+               ko::proj::gnomonic_forward, ko::proj::gnomonic_inverse,
+               (ko::proj::auxs::constants<ko::proj::gnomonic_constants, ko::proj::slot::kLatCenter>),
+               ko::proj::slot::kLonCenter, ko::proj::slot::kLatCenter)

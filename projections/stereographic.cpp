@@ -28,6 +28,7 @@
 // the standard parallel (43067, 43068), slots 12-14 the plane orientation.
 // The antipode of the centre and the pole opposite a polar projection's have
 // no image.
+#include "projections/auxiliary_sphere.h"
 #include "projections/families.h"
 #include "projections/family.h"
 #include "projections/projlist.h"
@@ -263,3 +264,10 @@ constinit const ko_projlist_entry ko_prj_polar_stereographic_variant_c_vector = 
     43068, "Polar_Stereographic_Variant_C", ko::proj::polar_stereographic_c_forward, ko::proj::polar_stereographic_c_inverse, ko::proj::polar_stereographic_c_constants,
     ko::validity<43068>, nullptr, nullptr};
 }  // extern "C"
+
+// Stereographic on an auxiliary sphere (the spherical branch); for type 3
+// the latitude of origin is taken to its authalic latitude too.
+KO_AUXS_VECTOR(stereographic_auxs, 43126, "Stereographic_Auxiliary_Sphere",
+               ko::proj::stereographic_forward, ko::proj::stereographic_inverse,
+               (ko::proj::auxs::constants<ko::proj::stereographic_constants, ko::proj::slot::kLatOrigin>),
+               ko::proj::slot::kCentralMeridian, ko::proj::slot::kLatOrigin)

@@ -10,6 +10,7 @@
 // forms, which do not cancel.  The inverse solves Snyder's cubic in closed
 // form, then polishes both angles by Newton's method on the forward.
 // Parameters: slot 2 λ0.  Points outside the circle are refused.
+#include "projections/auxiliary_sphere.h"
 #include "projections/family.h"
 #include "projections/projlist.h"
 
@@ -160,3 +161,8 @@ constinit const ko_projlist_entry ko_prj_van_der_grinten_i_vector = {
     43029, "Van_der_Grinten_I", ko::proj::convert<true>, ko::proj::convert<false>, nullptr,
     ko::validity<43029>, nullptr, nullptr};
 }  // extern "C"
+
+// Van_der_Grinten_I on an auxiliary sphere.
+KO_AUXS_VECTOR(van_der_grinten_i_auxs, 43129, "Van_der_Grinten_I_Auxiliary_Sphere",
+               ko::proj::convert<true>, ko::proj::convert<false>, nullptr,
+               ko::proj::slot::kCentralMeridian, ko::proj::auxs::kNoLatitude)

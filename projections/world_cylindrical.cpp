@@ -20,6 +20,7 @@
 // Parameters: slot 2 λ0.  None of these projections has a constants
 // function: the few constants are computed on each call.  Points beyond the
 // map's outline (|Δλ| > π, beyond a pole) are refused by the inverse.
+#include "projections/auxiliary_sphere.h"
 #include "projections/families.h"
 #include "projections/family.h"
 #include "projections/projlist.h"
@@ -175,6 +176,10 @@ int behrmann_inverse(const double *sph, const double *parms, int n, double *coor
   return cea_inverse(sph, p, n, coords, ivals, dvals);
 }
 
+// Miller's slots by name, for its auxiliary-sphere form.
+constexpr ko_proj_fn kMillerForward = convert<Kind::kMiller, true>;
+constexpr ko_proj_fn kMillerInverse = convert<Kind::kMiller, false>;
+
 }  // namespace
 }  // namespace ko::proj
 
@@ -204,3 +209,8 @@ constinit const ko_projlist_entry ko_prj_compact_miller_vector = {
     ko::proj::convert<ko::proj::Kind::kCompactMiller, false>,
     nullptr, ko::validity<43080>, nullptr, nullptr};
 }  // extern "C"
+
+// Miller_Cylindrical on an auxiliary sphere.
+KO_AUXS_VECTOR(miller_cylindrical_auxs, 43103, "Miller_Cylindrical_Auxiliary_Sphere",
+               ko::proj::kMillerForward, ko::proj::kMillerInverse, nullptr,
+               ko::proj::slot::kCentralMeridian, ko::proj::auxs::kNoLatitude)

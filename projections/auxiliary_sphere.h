@@ -1,0 +1,134 @@
+// The auxiliary-sphere forms of spherical projections: the projection of a
+// finished family computed on a sphere chosen by Auxiliary_Sphere_Type
+// (slot 12), as Mercator_Auxiliary_Sphere does (mercator.cpp):
+//   0  radius a, geodetic latitudes used as spherical ones;
+//   1  radius b = a sqrt(1 − e²);
+//   2  the authalic radius (ko_auth_r);
+//   3  the authalic radius, latitudes taken to the authalic latitude β
+//      before the forward and back after the inverse (Snyder 1987, 3-11
+//      and 3-18, through the series of ko_phi_to_beta_wconst).
+// Any other type is refused.  The base family does all the projecting: it
+// is given the spheroid pair {R, 0} and a copy of the parameters with slots
+// 12-14 cleared (here they hold the sphere type, not a plane orientation)
+// and, for type 3, the latitude parameter of the map's centre or standard
+// parallel taken to its authalic latitude as well.
+#pragma once
+
+#include "projections/family.h"
+#include "projections/projlist.h"
+
+#include <algorithm>
+
+namespace ko::proj::auxs {
+
+// No latitude parameter to take to the authalic latitude.
+inline constexpr int kNoLatitude = -1;
+
+struct AuxiliarySphere {
+  double sph[2] = {0.0, 0.0};  // {R, 0}
+  double parms[KO_PARM_COUNT] = {};
+  bool authalic = false;  // type 3
+  double e2 = 0.0;        // of the ellipsoid, for the authalic latitudes
+  double coef[KO_AUX_NCOEF] = {};
+};
+
+// The sphere and the base family's parameters; false for a bad spheroid,
+// a missing array or a type other than 0 to 3.
+inline bool read_auxiliary_sphere(const double *sph, const double *parms, int lat_slot,
+                                  AuxiliarySphere &out) {
+  Ellipsoid g;
+  if (!read_ellipsoid(sph, g) || !finite_slots(parms, {slot::kAuxSphereType})) return false;
+  const double type = parms[slot::kAuxSphereType];
+  double radius = g.a;
+  if (type == 1.0) {
+    radius = g.a * std::sqrt(1.0 - g.e2);
+  } else if (type == 2.0 || type == 3.0) {
+    radius = ko_auth_r(g.a, g.e2);
+  } else if (type != 0.0) {
+    return false;
+  }
+  if (!(radius > 0.0)) return false;
+  std::copy_n(parms, KO_PARM_COUNT, out.parms);
+  out.parms[slot::kXScale] = 0.0;
+  out.parms[slot::kYScale] = 0.0;
+  out.parms[slot::kRotation] = 0.0;
+  out.sph[0] = radius;
+  out.sph[1] = 0.0;
+  out.authalic = type == 3.0;
+  out.e2 = g.e2;
+  if (out.authalic) {
+    ko_beta_authalic_constants(g.e2, out.coef);
+    if (lat_slot != kNoLatitude && std::fabs(out.parms[lat_slot]) <= kHalfPi)
+      out.parms[lat_slot] = ko_phi_to_beta_wconst(out.coef, g.e2, out.parms[lat_slot]);
+  }
+  return true;
+}
+
+// Geodetic to authalic latitudes in place; a latitude beyond ±90° (or NaN)
+// is left for the base family to refuse.
+inline void to_authalic(const AuxiliarySphere &s, std::span<double> xy) {
+  for (std::size_t i = 1; i < xy.size(); i += 2)
+    if (std::fabs(xy[i]) <= kHalfPi) xy[i] = ko_phi_to_beta_wconst(s.coef, s.e2, xy[i]);
+}
+
+// Authalic to geodetic latitudes of the points the inverse converted.
+inline void from_authalic(const AuxiliarySphere &s, std::span<double> xy) {
+  for (std::size_t i = 1; i < xy.size(); i += 2)
+    if (xy[i] != HUGE_VAL) xy[i] = ko_beta_to_phi_wconst(s.coef, s.e2, xy[i]);
+}
+
+// The forward slot.  Before latitudes are changed in place for type 3 the
+// definition must be one the base accepts: it is asked to map the map's own
+// centre (slot LonSlot, slot LatSlot or the equator), which every accepted
+// definition of these projections can, so that a refused definition leaves
+// the points exactly as they were.
+template <ko_proj_fn Base, int LonSlot, int LatSlot>
+int forward(const double *sph, const double *parms, int n, double *coords, const int32_t *ivals,
+            const double *dvals) {
+  AuxiliarySphere s;
+  if (n < 0 || (n > 0 && coords == nullptr) || !read_auxiliary_sphere(sph, parms, LatSlot, s))
+    return 0;
+  if (s.authalic && n > 0) {
+    double centre[2] = {s.parms[LonSlot], LatSlot == kNoLatitude ? 0.0 : s.parms[LatSlot]};
+    if (Base(s.sph, s.parms, 1, centre, ivals, dvals) != 1) return 0;
+    to_authalic(s, std::span<double>(coords, static_cast<std::size_t>(n) * 2));
+  }
+  return Base(s.sph, s.parms, n, coords, ivals, dvals);
+}
+
+// The inverse slot.
+template <ko_proj_fn Base, int LatSlot>
+int inverse(const double *sph, const double *parms, int n, double *coords, const int32_t *ivals,
+            const double *dvals) {
+  AuxiliarySphere s;
+  if (n < 0 || (n > 0 && coords == nullptr) || !read_auxiliary_sphere(sph, parms, LatSlot, s))
+    return 0;
+  const int count = Base(s.sph, s.parms, n, coords, ivals, dvals);
+  // A definition the base refuses leaves the points untouched, and so
+  // does this.
+  if (s.authalic && count > 0)
+    from_authalic(s, std::span<double>(coords, static_cast<std::size_t>(n) * 2));
+  return count;
+}
+
+// The constants slot, for a base family that caches constants: the base's
+// record built on the auxiliary sphere.
+template <ko_proj_constfunc Base, int LatSlot>
+int constants(ko_constants *c, const double *sph, const double *parms) {
+  AuxiliarySphere s;
+  if (!read_auxiliary_sphere(sph, parms, LatSlot, s)) return -1;
+  return Base(c, s.sph, s.parms);
+}
+
+}  // namespace ko::proj::auxs
+
+// The vector of an auxiliary-sphere form: code and name, the base family's
+// forward and inverse slots, the constants slot (nullptr, or
+// ko::proj::auxs::constants over the base's), the parameter slot of the
+// centre's longitude and the latitude parameter taken to the authalic
+// latitude for type 3 (ko::proj::auxs::kNoLatitude for none).
+#define KO_AUXS_VECTOR(id, code, name, base_fwd, base_inv, constfunc, lon_slot, lat_slot)      \
+  extern "C" constinit const ko_projlist_entry ko_prj_##id##_vector = {                         \
+      code, name, ::ko::proj::auxs::forward<base_fwd, lon_slot, lat_slot>,                      \
+      ::ko::proj::auxs::inverse<base_inv, lat_slot>, constfunc, ::ko::validity<code>, nullptr, \
+      nullptr};
