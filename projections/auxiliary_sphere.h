@@ -12,6 +12,12 @@
 // 12-14 cleared (here they hold the sphere type, not a plane orientation)
 // and, for type 3, the latitude parameter of the map's centre or standard
 // parallel taken to its authalic latitude as well.
+//
+// The ellipsoidal forms of the spherical equal-area maps (Hammer_Ellipsoidal,
+// Quartic_Authalic_Ellipsoidal) are the same step with the type fixed at 3:
+// equal area on the ellipsoid, since the authalic latitude and radius carry
+// the ellipsoid's areas onto the sphere; their slots 12-14 stay the base's
+// plane orientation.
 #pragma once
 
 #include "projections/family.h"
@@ -23,6 +29,10 @@ namespace ko::proj::auxs {
 
 // No latitude parameter to take to the authalic latitude.
 inline constexpr int kNoLatitude = -1;
+// The sphere type read from slot 12 (Auxiliary_Sphere_Type), and the type
+// of the authalic sphere with authalic latitudes.
+inline constexpr int kTypeFromSlot = -1;
+inline constexpr int kAuthalicSphere = 3;
 
 struct AuxiliarySphere {
   double sph[2] = {0.0, 0.0};  // {R, 0}
@@ -33,12 +43,14 @@ struct AuxiliarySphere {
 };
 
 // The sphere and the base family's parameters; false for a bad spheroid,
-// a missing array or a type other than 0 to 3.
+// a missing array or a type other than 0 to 3.  fixed_type is the type, or
+// kTypeFromSlot to read it from slot 12.
 inline bool read_auxiliary_sphere(const double *sph, const double *parms, int lat_slot,
-                                  AuxiliarySphere &out) {
+                                  int fixed_type, AuxiliarySphere &out) {
   Ellipsoid g;
-  if (!read_ellipsoid(sph, g) || !finite_slots(parms, {slot::kAuxSphereType})) return false;
-  const double type = parms[slot::kAuxSphereType];
+  const bool from_slot = fixed_type == kTypeFromSlot;
+  if (!read_ellipsoid(sph, g) || parms == nullptr) return false;
+  const double type = from_slot ? parms[slot::kAuxSphereType] : static_cast<double>(fixed_type);
   double radius = g.a;
   if (type == 1.0) {
     radius = g.a * std::sqrt(1.0 - g.e2);
@@ -49,9 +61,11 @@ inline bool read_auxiliary_sphere(const double *sph, const double *parms, int la
   }
   if (!(radius > 0.0)) return false;
   std::copy_n(parms, KO_PARM_COUNT, out.parms);
-  out.parms[slot::kXScale] = 0.0;
-  out.parms[slot::kYScale] = 0.0;
-  out.parms[slot::kRotation] = 0.0;
+  if (from_slot) {
+    out.parms[slot::kXScale] = 0.0;
+    out.parms[slot::kYScale] = 0.0;
+    out.parms[slot::kRotation] = 0.0;
+  }
   out.sph[0] = radius;
   out.sph[1] = 0.0;
   out.authalic = type == 3.0;
@@ -82,11 +96,11 @@ inline void from_authalic(const AuxiliarySphere &s, std::span<double> xy) {
 // centre (slot LonSlot, slot LatSlot or the equator), which every accepted
 // definition of these projections can, so that a refused definition leaves
 // the points exactly as they were.
-template <ko_proj_fn Base, int LonSlot, int LatSlot>
+template <ko_proj_fn Base, int LonSlot, int LatSlot, int Type = kTypeFromSlot>
 int forward(const double *sph, const double *parms, int n, double *coords, const int32_t *ivals,
             const double *dvals) {
   AuxiliarySphere s;
-  if (n < 0 || (n > 0 && coords == nullptr) || !read_auxiliary_sphere(sph, parms, LatSlot, s))
+  if (n < 0 || (n > 0 && coords == nullptr) || !read_auxiliary_sphere(sph, parms, LatSlot, Type, s))
     return 0;
   if (s.authalic && n > 0) {
     double centre[2] = {s.parms[LonSlot], LatSlot == kNoLatitude ? 0.0 : s.parms[LatSlot]};
@@ -97,11 +111,11 @@ int forward(const double *sph, const double *parms, int n, double *coords, const
 }
 
 // The inverse slot.
-template <ko_proj_fn Base, int LatSlot>
+template <ko_proj_fn Base, int LatSlot, int Type = kTypeFromSlot>
 int inverse(const double *sph, const double *parms, int n, double *coords, const int32_t *ivals,
             const double *dvals) {
   AuxiliarySphere s;
-  if (n < 0 || (n > 0 && coords == nullptr) || !read_auxiliary_sphere(sph, parms, LatSlot, s))
+  if (n < 0 || (n > 0 && coords == nullptr) || !read_auxiliary_sphere(sph, parms, LatSlot, Type, s))
     return 0;
   const int count = Base(s.sph, s.parms, n, coords, ivals, dvals);
   // A definition the base refuses leaves the points untouched, and so
@@ -113,10 +127,10 @@ int inverse(const double *sph, const double *parms, int n, double *coords, const
 
 // The constants slot, for a base family that caches constants: the base's
 // record built on the auxiliary sphere.
-template <ko_proj_constfunc Base, int LatSlot>
+template <ko_proj_constfunc Base, int LatSlot, int Type = kTypeFromSlot>
 int constants(ko_constants *c, const double *sph, const double *parms) {
   AuxiliarySphere s;
-  if (!read_auxiliary_sphere(sph, parms, LatSlot, s)) return -1;
+  if (!read_auxiliary_sphere(sph, parms, LatSlot, Type, s)) return -1;
   return Base(c, s.sph, s.parms);
 }
 
@@ -132,3 +146,14 @@ int constants(ko_constants *c, const double *sph, const double *parms) {
       code, name, ::ko::proj::auxs::forward<base_fwd, lon_slot, lat_slot>,                      \
       ::ko::proj::auxs::inverse<base_inv, lat_slot>, constfunc, ::ko::validity<code>, nullptr, \
       nullptr};
+
+// The vector of an ellipsoidal equal-area form: the base's spherical map on
+// the authalic sphere with authalic latitudes, central meridian in slot 2.
+#define KO_AUTHALIC_VECTOR(id, code, name, base_fwd, base_inv)                                 \
+  extern "C" constinit const ko_projlist_entry ko_prj_##id##_vector = {                         \
+      code, name,                                                                               \
+      ::ko::proj::auxs::forward<base_fwd, ::ko::proj::slot::kCentralMeridian,                   \
+                                ::ko::proj::auxs::kNoLatitude, ::ko::proj::auxs::kAuthalicSphere>, \
+      ::ko::proj::auxs::inverse<base_inv, ::ko::proj::auxs::kNoLatitude,                        \
+                                ::ko::proj::auxs::kAuthalicSphere>,                             \
+      nullptr, ::ko::validity<code>, nullptr, nullptr};

@@ -19,6 +19,7 @@
 // Points outside the outline (ρ > 2, |sin ψ| > S, or |Δλ| beyond 180°) are
 // refused.
 // Parameters: slot 2 λ0, slots 12-14 the orientation.
+#include "projections/auxiliary_sphere.h"
 #include "projections/projlist.h"
 #include "projections/world_sphere.h"
 
@@ -89,3 +90,8 @@ KO_WORLD_SPHERE_VECTOR(eckert_greifendorff, 43073, "Eckert_Greifendorff",
                        ko::proj::inverse<ko::proj::kEckertGreifendorff>, ko::proj::world::sphere_constants)
 KO_WORLD_SPHERE_VECTOR(wagner_vii, 43076, "Wagner_VII", ko::proj::forward<ko::proj::kWagnerVii>,
                        ko::proj::inverse<ko::proj::kWagnerVii>, ko::proj::world::sphere_constants)
+
+// Hammer_Ellipsoidal: Hammer on the authalic sphere with authalic latitudes.
+KO_AUTHALIC_VECTOR(hammer_ellipsoidal, 43071, "Hammer_Ellipsoidal",
+                   ko::proj::world::sphere_forward<ko::proj::forward<ko::proj::kHammer>>,
+                   ko::proj::world::sphere_inverse<ko::proj::inverse<ko::proj::kHammer>>)

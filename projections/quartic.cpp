@@ -16,6 +16,7 @@
 // w = 90° − θ, which keeps full precision next to the pole line where sin φ
 // alone would lose half the digits; y within 1e-15 of the line is the pole.
 // Parameters: slot 2 λ0, slots 12-14 the orientation.
+#include "projections/auxiliary_sphere.h"
 #include "projections/projlist.h"
 #include "projections/world_sphere.h"
 
@@ -75,3 +76,9 @@ KO_WORLD_SPHERE_VECTOR(quartic_authalic, 43022, "Quartic_Authalic", ko::proj::qu
                        ko::proj::quartic_inv, nullptr)
 KO_WORLD_SPHERE_VECTOR(flat_polar_quartic, 43045, "Flat_Polar_Quartic", ko::proj::fpq_fwd,
                        ko::proj::fpq_inv, ko::proj::world::sphere_constants)
+
+// Quartic_Authalic_Ellipsoidal: the quartic authalic on the authalic sphere
+// with authalic latitudes.
+KO_AUTHALIC_VECTOR(quartic_authalic_ellipsoidal, 43072, "Quartic_Authalic_Ellipsoidal",
+                   ko::proj::world::sphere_forward<ko::proj::quartic_fwd>,
+                   ko::proj::world::sphere_inverse<ko::proj::quartic_inv>)

@@ -11,6 +11,7 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 #ifdef KO_HAVE_GEOGRAPHICLIB
@@ -48,6 +49,9 @@ struct AuxsCase {
   // through an arcsine next to 1 (Eckert IV, the oblique stereographic:
   // up to 1.2e-6° back at the pole); PoleRoundTrip checks the poles.
   double grid_lat_limit = 90.0;
+  // An ellipsoidal equal-area form: always the authalic sphere with
+  // authalic latitudes (type 3), slot 12 not a sphere type.
+  bool authalic_form = false;
 };
 
 constexpr int kNone = -1;
@@ -78,10 +82,21 @@ const AuxsCase kCases[] = {
      slot::kLatCenter, " +lat_0=", 25.0, 1.0, 60.0, -20, 80, 0.8, 0.8, 180, 0},
     {"Gnomonic", &ko_prj_gnomonic_auxs_vector, "+proj=gnom", slot::kLonCenter, slot::kLatCenter,
      " +lat_0=", -60.0, 1.0, 60.0, -90, -20, 0.0, 0.0, 0, 40},
+    {"Hammer_Ellipsoidal", &ko_prj_hammer_ellipsoidal_vector, "+proj=hammer", slot::kCentralMeridian,
+     kNone, "", 0.0, 1.0, 179.9, -90, 90, 2.9, 0.0, 0, 91, 90.0, true},
+    {"Quartic_Authalic_Ellipsoidal", &ko_prj_quartic_authalic_ellipsoidal_vector, "+proj=qua_aut",
+     slot::kCentralMeridian, kNone, "", 0.0, 1.0, 179.9, -90, 90, 3.2, 0.0, 0, 91, 90.0, true},
 };
 
+// The sphere types a form takes.
+std::vector<int> types_of(const AuxsCase &c) {
+  return c.authalic_form ? std::vector<int>{3} : std::vector<int>{0, 1, 2, 3};
+}
+
 Parms parms_of(const AuxsCase &c, double lon0_deg, double type) {
-  Parms p{{c.lon_slot, lon0_deg * kDeg}, {slot::kAuxSphereType, type}, {slot::kScaleFactor, c.scale}};
+  Parms p{{c.lon_slot, lon0_deg * kDeg},
+          {slot::kAuxSphereType, c.authalic_form ? 0.0 : type},
+          {slot::kScaleFactor, c.scale}};
   if (c.lat_slot != kNone) p[c.lat_slot] = c.lat_deg * kDeg;
   return p;
 }
@@ -133,7 +148,7 @@ TEST(AuxiliarySphere, EveryTypeAgreesWithProj) {
                             Figure{kClarke1866, 6378206.4, 6378206.4 / (6378206.4 - 6356583.8)}}) {
     const GeographicLib::Ellipsoid ellipsoid(fig.a, 1.0 / fig.rf);
     for (const AuxsCase &c : kCases)
-      for (int type = 0; type <= 3; ++type)
+      for (int type : types_of(c))
         for (double lon0 : {150.0, -70.0}) {
           const std::string def = proj_definition(c, ellipsoid, type, lon0);
           SCOPED_TRACE(std::string(c.name) + " type " + std::to_string(type) + ": " + def);
@@ -154,12 +169,12 @@ TEST(AuxiliarySphere, EveryTypeAgreesWithProj) {
 // results with cached constants are those with temporary ones.
 TEST(AuxiliarySphere, EdgesOfEachMap) {
   for (const AuxsCase &c : kCases)
-    for (double type : {0.0, 1.0, 2.0, 3.0}) {
+    for (int type : types_of(c)) {
       SCOPED_TRACE(std::string(c.name) + " type " + std::to_string(type));
       const Family f = family_of(*c.vector);
       const Parms p = parms_of(c, 20.0, type);
       const Parms shifted = parms_of(c, -100.0, type);
-      const double r = type == 0.0 ? kWgs84.pair[0] : 6.35e6;  // within 0.4% of every radius
+      const double r = type == 0 ? kWgs84.pair[0] : 6.35e6;  // within 0.4% of every radius
       int count = -1;
       if (c.bad_lat <= 90.0) {
         const XY bad = forward1(f, kWgs84, p, (20.0 + c.bad_dlon) * kDeg, c.bad_lat * kDeg, &count);
@@ -205,7 +220,7 @@ TEST(AuxiliarySphere, PoleRoundTrip) {
   double worst = 0.0;
   for (const AuxsCase &c : kCases)
     for (const Spheroid &sph : {kWgs84, kClarke1866})
-      for (double type : {0.0, 1.0, 2.0, 3.0})
+      for (int type : types_of(c))
         for (const double pole : {-90.0, 90.0}) {
           if (pole < c.south || pole > c.north) continue;
           SCOPED_TRACE(std::string(c.name) + " type " + std::to_string(type) + " pole " + std::to_string(pole));
@@ -230,6 +245,7 @@ TEST(AuxiliarySphere, PoleRoundTrip) {
 // the equator by the difference of the authalic and geodetic latitudes.
 TEST(AuxiliarySphere, TypesGiveDifferentSpheres) {
   for (const AuxsCase &c : kCases) {
+    if (c.authalic_form) continue;
     SCOPED_TRACE(c.name);
     const Family f = family_of(*c.vector);
     const double lon = 10.0 * kDeg, lat = (0.5 * (c.south + c.north) + 10.0) * kDeg;
@@ -241,6 +257,37 @@ TEST(AuxiliarySphere, TypesGiveDifferentSpheres) {
   }
 }
 
+// The ellipsoidal equal-area forms are not their spherical bases on the
+// sphere of radius a, and they are equal-area on the ellipsoid: the area
+// of a small cell at latitude φ on the map is the ellipsoid's,
+// a² (1 − e²) cos φ / (1 − e² sin² φ)² dλ dφ (Snyder 1987, 3-14 and 3-23).
+TEST(AuxiliarySphere, EllipsoidalFormsAreEqualArea) {
+  const std::pair<const ko_projlist_entry *, const ko_projlist_entry *> pairs[] = {
+      {&ko_prj_hammer_ellipsoidal_vector, &ko_prj_hammer_aitoff_vector},
+      {&ko_prj_quartic_authalic_ellipsoidal_vector, &ko_prj_quartic_authalic_vector}};
+  const double a = kWgs84.pair[0], e2 = kWgs84.pair[1];
+  for (const auto &[form, base] : pairs) {
+    SCOPED_TRACE(form->name);
+    const Family f = family_of(*form);
+    const Parms p{{slot::kCentralMeridian, 0.0}};
+    const XY on_form = forward1(f, kWgs84, p, 0.7, 0.6);
+    const XY on_base = forward1(family_of(*base), kWgs84, p, 0.7, 0.6);
+    EXPECT_GT(std::hypot(on_form.x - on_base.x, on_form.y - on_base.y), 100.0);
+    const double h = 1e-5;
+    for (double lat : {-75.0, -20.0, 10.0, 50.0, 80.0})
+      for (double lon : {-150.0, 0.0, 60.0}) {
+        const double l = lon * kDeg, b = lat * kDeg;
+        const XY e1 = forward1(f, kWgs84, p, l + h, b), w1 = forward1(f, kWgs84, p, l - h, b);
+        const XY n1 = forward1(f, kWgs84, p, l, b + h), s1 = forward1(f, kWgs84, p, l, b - h);
+        const double jac =
+            ((e1.x - w1.x) * (n1.y - s1.y) - (e1.y - w1.y) * (n1.x - s1.x)) / (4 * h * h);
+        const double w = 1.0 - e2 * std::sin(b) * std::sin(b);
+        const double want = a * a * (1.0 - e2) * std::cos(b) / (w * w);
+        EXPECT_NEAR(jac / want, 1.0, 1e-6) << lon << ", " << lat;
+      }
+  }
+}
+
 // Types other than 0 to 3 and definitions the base projection refuses
 // convert nothing and leave the points as they were, for every type (type
 // 3 changes latitudes in place only once the definition is known good).
@@ -248,9 +295,10 @@ TEST(AuxiliarySphere, RefusedDefinitions) {
   for (const AuxsCase &c : kCases) {
     SCOPED_TRACE(c.name);
     const Family f = family_of(*c.vector);
-    for (const double type : {4.0, -1.0, 0.5, 100.0, std::nan(""), HUGE_VAL})
-      expect_refused(f, kWgs84, parms_of(c, 0.0, type), "sphere type");
-    for (const double type : {0.0, 1.0, 2.0, 3.0}) {
+    if (!c.authalic_form)
+      for (const double type : {4.0, -1.0, 0.5, 100.0, std::nan(""), HUGE_VAL})
+        expect_refused(f, kWgs84, parms_of(c, 0.0, type), "sphere type");
+    for (int type : types_of(c)) {
       Parms broken = parms_of(c, 0.0, type);
       broken[c.lon_slot] = std::nan("");
       expect_refused(f, kWgs84, broken, "NaN centre");
