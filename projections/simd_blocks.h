@@ -21,17 +21,20 @@ KO_SIMD_INLINE typename M::V isometric(const M &m, typename M::V sin_phi, typena
   return m.select(sin_phi < 0.0, -psi, psi);
 }
 
-// tanh q and sech q = 1 / cosh q from one expm1 of −2|q|: with
-// u = e^(−2|q|) − 1, tanh |q| = −u / (2 + u) and sech q = 2 sqrt(1 + u) /
-// (2 + u).  Finite for every q, ±∞ included (tanh ±1, sech 0).
+// tanh q and sech q = 1 / cosh q: with u = e^(−2|q|) − 1 (expm1) and
+// w = e^(−|q|), tanh |q| = −u / (2 + u) and sech q = 2 w / (2 + u).  sech is
+// taken from w, not from sqrt(1 + u), which rounds to 0 once e^(−2|q|) is
+// below half an ulp of 1 (|q| > 19, latitudes within 1e-7 degree of a pole).
+// Finite for every q, ±∞ included (tanh ±1, sech 0).
 template <class M>
 KO_SIMD_INLINE void tanh_sech(const M &m, typename M::V q, typename M::V &th, typename M::V &sech) {
   using V = typename M::V;
-  const V u = m.expm1(-2.0 * m.abs(q));
+  const V a = m.abs(q);
+  const V u = m.expm1(-2.0 * a);
   const V d = 2.0 + u;
   const V t = -u / d;
   th = m.select(q < 0.0, -t, t);
-  sech = 2.0 * m.sqrt(1.0 + u) / d;
+  sech = 2.0 * m.exp(-a) / d;
 }
 
 // The geodetic latitude of a conformal latitude χ, given also sin χ and

@@ -41,12 +41,17 @@ KO_SIMD_INLINE void inverse_oblique_block(const M &m, const StereoConstants &k, 
   const V t2 = (x * x + y * y) / (k.S * k.S);
   const V cos_c = (1.0 - t2) / (1.0 + t2);
   const V sc_rho = 2.0 / (k.S * (1.0 + t2));  // sin c / ρ
-  V sin_chi = cos_c * k.sin_chi0 + y * sc_rho * k.cos_chi0;
-  sin_chi = m.select(sin_chi > 1.0, m.splat(1.0), m.select(sin_chi < -1.0, m.splat(-1.0), sin_chi));
-  const V lam = m.atan2(x * sc_rho, k.cos_chi0 * cos_c - y * k.sin_chi0 * sc_rho);
-  // atanh |sin χ| = ½ log1p(2 |sin χ| / (1 − |sin χ|)), signed.
+  // The point on the sphere: sin χ, and cos χ times the cosine and sine of
+  // its longitude from the centre.  cos χ is taken from the latter two, not
+  // from sin χ, so that it keeps full precision next to the poles.
+  const V sin_chi = cos_c * k.sin_chi0 + y * sc_rho * k.cos_chi0;
+  const V along = k.cos_chi0 * cos_c - y * k.sin_chi0 * sc_rho;
+  const V across = x * sc_rho;
+  const V lam = m.atan2(across, along);
+  const V cos_chi = m.sqrt(along * along + across * across);
+  // atanh |sin χ| = log((1 + |sin χ|) / cos χ), signed; ∞ at a pole.
   const V as = m.abs(sin_chi);
-  const V at = 0.5 * m.log1p(2.0 * as / (1.0 - as));
+  const V at = m.log((1.0 + as) / cos_chi);
   const V psi = (m.select(sin_chi < 0.0, -at, at) - k.h) / k.n;
   const V phi = latitude_of_isometric(m, cf, psi);
   store_points(m, p, m.wrap(k.lambda0 + lam / k.n), phi, phi == phi);
