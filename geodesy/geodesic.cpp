@@ -103,9 +103,11 @@ struct Point {
 };
 
 // Distance s12 / b and reduced length m12 / b between two points of a
-// geodesic on the auxiliary sphere (Karney 2013, eqs. 7, 38).
+// geodesic on the auxiliary sphere (Karney 2013, eqs. 7, 38); J12, the
+// difference of the two integrals, where asked for.
 void lengths(const Geodesic &g, double eps, double sig12, double ssig1, double csig1, double dn1,
-             double ssig2, double csig2, double dn2, double &s12b, double &m12b) {
+             double ssig2, double csig2, double dn2, double &s12b, double &m12b,
+             double *J12_out = nullptr) {
   double c1[kOrder + 1], c2[kOrder + 1];
   series(g.coef, kC1, eps, c1);
   series(g.coef, kC2, eps, c2);
@@ -116,6 +118,7 @@ void lengths(const Geodesic &g, double eps, double sig12, double ssig1, double c
   s12b = A1 * (sig12 + B1);
   const double J12 = (A1 - A2) * sig12 + (A1 * B1 - A2 * B2);
   m12b = dn2 * (csig1 * ssig2) - dn1 * (ssig1 * csig2) - csig1 * csig2 * J12;
+  if (J12_out != nullptr) *J12_out = J12;
 }
 
 struct LambdaResult {
@@ -261,6 +264,12 @@ bool Geodesic::init(double a_, double e2_) {
 }
 
 void Geodesic::direct(double lat1, double azi1, double s12, double &lat2, double &lon12) const {
+  double m12, M12;
+  direct(lat1, azi1, s12, lat2, lon12, m12, M12);
+}
+
+void Geodesic::direct(double lat1, double azi1, double s12, double &lat2, double &lon12,
+                      double &m12, double &M12) const {
   const double salp1 = std::sin(azi1), calp1 = std::cos(azi1);
   double sbet1, cbet1;
   reduced(f1, lat1, sbet1, cbet1);
@@ -294,6 +303,17 @@ void Geodesic::direct(double lat1, double azi1, double s12, double &lat2, double
   const double A3c = -f * salp0 * row_value(coef, kA3, eps);
   lon12 = omg12 + A3c * (sig12 + (sin_series(ssig2, csig2, c3) - sin_series(ssig1, csig1, c3)));
   lat2 = std::atan2(sbet2, f1 * cbet2);
+  // Reduced length and geodesic scale (Karney 2013, eqs. 38, 39), with
+  // dn = sqrt(1 + k² sin²σ) and k² = ep² cos²α0.
+  const double k2 = calp0 * calp0 * ep2;
+  const double dn1 = std::sqrt(1.0 + k2 * ssig1 * ssig1), dn2 = std::sqrt(1.0 + k2 * ssig2 * ssig2);
+  double s12b, m12b, J12;
+  lengths(*this, eps, sig12, ssig1, csig1, dn1, ssig2, csig2, dn2, s12b, m12b, &J12);
+  m12 = b * m12b;
+  // M12 = cos σ12 + (t sin σ2 − cos σ2 J12) sin σ1 / dn1 with
+  // t = k² (sin σ2 − sin σ1)(sin σ2 + sin σ1) / (dn1 + dn2).
+  const double t = k2 * (ssig2 - ssig1) * (ssig2 + ssig1) / (dn1 + dn2);
+  M12 = csig12 + (t * ssig2 - csig2 * J12) * ssig1 / dn1;
 }
 
 bool Geodesic::inverse(double lat1, double lat2, double lon12_in, double &s12, double &azi1) const {

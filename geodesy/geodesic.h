@@ -23,6 +23,12 @@ struct Geodesic {
   // longitude difference lon12 (not reduced).
   void direct(double lat1, double azi1, double s12, double &lat2, double &lon12) const;
 
+  // The same, with the reduced length m12 (metres) and the geodesic scale
+  // M12 of the end point (Karney 2013, eqs. 38 and 39), for the ellipsoidal
+  // gnomonic.
+  void direct(double lat1, double azi1, double s12, double &lat2, double &lon12, double &m12,
+              double &M12) const;
+
   // The shortest geodesic from (lat1, 0) to (lat2, lon12): its length s12
   // and the azimuth azi1 at the first point.  False when the iteration did
   // not converge (which does not happen for finite input).

@@ -42,12 +42,14 @@ int mercator_auxs_compare(const double *sph, const double *parms1, const double 
 
 // Stereographic: 43038 Double_Stereographic (oblique, method 9809),
 // 43026 Stereographic (Snyder's; polar at ±90°), 43066/43067/43068 polar
-// stereographic variants A, B, C.
+// stereographic variants A, B, C, 43050/43051 north and south pole.
 KO_PROJ_FAMILY_SLOTS(double_stereographic)
 KO_PROJ_FAMILY_SLOTS(stereographic)
 KO_PROJ_FAMILY_SLOTS(polar_stereographic_a)
 KO_PROJ_FAMILY_SLOTS(polar_stereographic_b)
 KO_PROJ_FAMILY_SLOTS(polar_stereographic_c)
+KO_PROJ_FAMILY_SLOTS(stereographic_north_pole)
+KO_PROJ_FAMILY_SLOTS(stereographic_south_pole)
 
 // Hotine Oblique Mercator: 43036 azimuth, natural origin; 43037 azimuth,
 // centre; 43053/43054 Rectified Skew Orthomorphic, natural origin/centre
@@ -103,5 +105,22 @@ int nzmg_forward(const double *sph, const double *parms, int n, double *coords,
                  const int32_t *ivals, const double *dvals);
 int nzmg_inverse(const double *sph, const double *parms, int n, double *coords,
                  const int32_t *ivals, const double *dvals);
+
+// Geostationary_Satellite (43084).
+KO_PROJ_FAMILY_SLOTS(geostationary_satellite)
+
+// Transverse_Cylindrical_Equal_Area (43082), on the sphere of radius a.
+KO_PROJ_FAMILY_SLOTS(transverse_cylindrical_eqarea)
+
+// Gnomonic_Ellipsoidal (43065), Karney's ellipsoidal gnomonic.
+KO_PROJ_FAMILY_SLOTS(gnomonic_ellipsoidal)
+
+// Plate_Carree_Oblique (43093), on the sphere of radius a.
+KO_PROJ_FAMILY_SLOTS(plate_carree_oblique)
+
+// Peirce_Quincuncial (43086) and Adams_Square_II (43087), on the sphere of
+// radius a.
+KO_PROJ_FAMILY_SLOTS(peirce_quincuncial)
+KO_PROJ_FAMILY_SLOTS(adams_square_ii)
 
 }  // namespace ko::proj

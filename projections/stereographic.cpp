@@ -9,6 +9,8 @@
 //    origin is ±90°.
 //  - Polar_Stereographic_Variant_A/B/C (43066/67/68): IOGP 7-2 methods 9810,
 //    9829, 9830.
+//  - Stereographic_North_Pole / Stereographic_South_Pole (43050/51): the
+//    polar form about a fixed pole, true to scale k0 on the standard parallel.
 //
 // The two oblique forms share one kernel: a conformal sphere latitude
 // χ = gd(n ψ + h) and longitude Λ = n (λ − λ0), ψ the isometric latitude,
@@ -25,7 +27,7 @@
 // distance of variant C's false origin from the pole.
 //
 // Parameters: slot 2 λ0, slot 5 k0, slot 6 φ0 (43026, 43038, 43066), slot 3
-// the standard parallel (43067, 43068), slots 12-14 the plane orientation.
+// the standard parallel (43067, 43068, 43050, 43051), slots 12-14 the plane orientation.
 // The antipode of the centre and the pole opposite a polar projection's have
 // no image.
 #include "projections/auxiliary_sphere.h"
@@ -143,9 +145,26 @@ int polar_a_constants(ko_constants *c, const double *sph, const double *parms) {
   return store_constants(c, k, kTagStereographic);
 }
 
+// Scale k0 on the standard parallel φF about the pole s = ±1:
+// K = k0 a mF / tF with tF = exp(−s ψF) (Snyder 1987, 21-33 and 21-34;
+// IOGP 7-2 method 9829), the limit 2 a k0 / sqrt((1+e)^(1+e) (1−e)^(1−e))
+// when φF is the pole.  Returns ρF = a mF, the standard parallel's radius.
+double set_polar_standard_parallel(StereoConstants &k, const Ellipsoid &g, double s, double phif,
+                                   double k0) {
+  double K;
+  double rho_f = 0.0;
+  if (std::fabs(phif) >= kHalfPi - 1e-14) {
+    K = 2.0 * g.a / polar_root(g.e);
+  } else {
+    rho_f = g.a * parallel_radius_ratio(g.e2, phif);
+    K = rho_f * std::exp(s * isometric_latitude(g.e, phif));
+  }
+  set_polar(k, s, K * k0, 0.0);
+  return rho_f;
+}
+
 // Variants B and C: scale 1 on the standard parallel φF, whose sign picks
-// the pole; K = a mF / tF with tF = exp(−s ψF).  C puts the false origin
-// on φF: y0 = s ρF = s a mF.
+// the pole.  C puts the false origin on φF: y0 = s ρF = s a mF.
 int polar_bc_constants(ko_constants *c, const double *sph, const double *parms, bool variant_c) {
   Ellipsoid g;
   StereoConstants k{};
@@ -153,15 +172,22 @@ int polar_bc_constants(ko_constants *c, const double *sph, const double *parms, 
   const double phif = parms[slot::kStdParallel1], k0 = parms[slot::kScaleFactor];
   if (!(phif != 0.0 && std::fabs(phif) <= kHalfPi) || !(k0 > 0.0)) return -1;
   const double s = std::copysign(1.0, phif);
-  double K;
-  double rho_f = 0.0;
-  if (std::fabs(phif) >= kHalfPi - 1e-14) {
-    K = 2.0 * g.a / polar_root(g.e);  // the limit of a mF / tF at the pole
-  } else {
-    rho_f = g.a * parallel_radius_ratio(g.e2, phif);
-    K = rho_f * std::exp(s * isometric_latitude(g.e, phif));
-  }
-  set_polar(k, s, K * k0, variant_c ? s * rho_f * k0 : 0.0);
+  const double rho_f = set_polar_standard_parallel(k, g, s, phif, k0);
+  if (variant_c) k.y0 = s * rho_f * k0;
+  return store_constants(c, k, kTagStereographic);
+}
+
+// Stereographic_North_Pole and Stereographic_South_Pole: the pole is fixed
+// by the projection, the standard parallel's magnitude gives the latitude of
+// true scale in that hemisphere (the equator included), and the scale
+// factor multiplies the whole map.
+int polar_pole_constants(ko_constants *c, const double *sph, const double *parms, double s) {
+  Ellipsoid g;
+  StereoConstants k{};
+  if (!begin(sph, parms, {slot::kScaleFactor, slot::kStdParallel1}, g, k)) return -1;
+  const double sp = parms[slot::kStdParallel1], k0 = parms[slot::kScaleFactor];
+  if (!(std::fabs(sp) <= kHalfPi) || !(k0 > 0.0)) return -1;
+  set_polar_standard_parallel(k, g, s, s * std::fabs(sp), k0);
   return store_constants(c, k, kTagStereographic);
 }
 
@@ -237,12 +263,20 @@ int polar_stereographic_b_constants(ko_constants *c, const double *sph, const do
 int polar_stereographic_c_constants(ko_constants *c, const double *sph, const double *parms) {
   return polar_bc_constants(c, sph, parms, true);
 }
+int stereographic_north_pole_constants(ko_constants *c, const double *sph, const double *parms) {
+  return polar_pole_constants(c, sph, parms, 1.0);
+}
+int stereographic_south_pole_constants(ko_constants *c, const double *sph, const double *parms) {
+  return polar_pole_constants(c, sph, parms, -1.0);
+}
 
 KO_PROJ_DEFINE_POINT_SLOTS(double_stereographic, run)
 KO_PROJ_DEFINE_POINT_SLOTS(stereographic, run)
 KO_PROJ_DEFINE_POINT_SLOTS(polar_stereographic_a, run)
 KO_PROJ_DEFINE_POINT_SLOTS(polar_stereographic_b, run)
 KO_PROJ_DEFINE_POINT_SLOTS(polar_stereographic_c, run)
+KO_PROJ_DEFINE_POINT_SLOTS(stereographic_north_pole, run)
+KO_PROJ_DEFINE_POINT_SLOTS(stereographic_south_pole, run)
 
 }  // namespace ko::proj
 
@@ -263,6 +297,12 @@ constinit const ko_projlist_entry ko_prj_polar_stereographic_variant_b_vector = 
 constinit const ko_projlist_entry ko_prj_polar_stereographic_variant_c_vector = {
     43068, "Polar_Stereographic_Variant_C", ko::proj::polar_stereographic_c_forward, ko::proj::polar_stereographic_c_inverse, ko::proj::polar_stereographic_c_constants,
     ko::validity<43068>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_stereographic_north_pole_vector = {
+    43050, "Stereographic_North_Pole", ko::proj::stereographic_north_pole_forward, ko::proj::stereographic_north_pole_inverse, ko::proj::stereographic_north_pole_constants,
+    ko::validity<43050>, nullptr, nullptr};
+constinit const ko_projlist_entry ko_prj_stereographic_south_pole_vector = {
+    43051, "Stereographic_South_Pole", ko::proj::stereographic_south_pole_forward, ko::proj::stereographic_south_pole_inverse, ko::proj::stereographic_south_pole_constants,
+    ko::validity<43051>, nullptr, nullptr};
 }  // extern "C"
 
 // Stereographic on an auxiliary sphere (the spherical branch); for type 3
