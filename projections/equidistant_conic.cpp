@@ -31,13 +31,10 @@ struct EquidistantConicConstants {
 };
 
 int eqdc_constants_impl(ko_constants *c, const double *sph, const double *parms) {
-  Ellipsoid g;
-  if (!read_ellipsoid(sph, g) ||
-      !finite_slots(parms, {slot::kCentralMeridian, slot::kStdParallel1, slot::kStdParallel2,
-                            slot::kLatOrigin}))
-    return -1;
-  const double phi1 = parms[slot::kStdParallel1], phi2 = parms[slot::kStdParallel2];
-  const double phi0 = parms[slot::kLatOrigin];
+  ConicDefinition def;
+  if (!read_conic(sph, parms, def)) return -1;
+  const Ellipsoid &g = def.g;
+  const double phi1 = def.phi1, phi2 = def.phi2, phi0 = def.phi0;
   if (!(std::fabs(phi1) <= kHalfPi) || !(std::fabs(phi2) <= kHalfPi) || !(std::fabs(phi0) <= kHalfPi))
     return -1;
   if (std::fabs(phi1 + phi2) < 1e-10) return -1;

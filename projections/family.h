@@ -66,6 +66,24 @@ inline bool finite_slots(const double *parms, std::initializer_list<int> slots) 
   return true;
 }
 
+// The definition shared by the two-parallel conics: the spheroid and finite
+// Central_Meridian, Standard_Parallel_1 and _2 and Latitude_Of_Origin, the
+// three latitudes read out.  Each conic checks their ranges itself.
+struct ConicDefinition {
+  Ellipsoid g;
+  double phi1 = 0.0, phi2 = 0.0, phi0 = 0.0;
+};
+inline bool read_conic(const double *sph, const double *parms, ConicDefinition &out) {
+  if (!read_ellipsoid(sph, out.g) ||
+      !finite_slots(parms, {slot::kCentralMeridian, slot::kStdParallel1, slot::kStdParallel2,
+                            slot::kLatOrigin}))
+    return false;
+  out.phi1 = parms[slot::kStdParallel1];
+  out.phi2 = parms[slot::kStdParallel2];
+  out.phi0 = parms[slot::kLatOrigin];
+  return true;
+}
+
 // The plane orientation step applied after a projection's own formulas:
 // a turn of the axes by the angle ω followed by scaling,
 //   x' = Sx (x cos ω + y sin ω),   y' = Sy (y cos ω − x sin ω).
