@@ -1299,7 +1299,7 @@ static const ko_db_extent_rec k_extent_data[] = {
     {2317, 0, "Angola - offshore block 2", 12.08, -7.01, 12.84, -6.01},
     {2318, 0, "Angola - offshore block 3", 11.74, -7.34, 12.5, -6.66},
     {2319, 0, "Angola - offshore block 7", 12.66, -10.09, 13.39, -9.41},
-    {2320, 0, "Angola - offshore blocks 7 8 24 + WGC spec", 8.2, -17.26, 13.86, -6.01},
+    {2320, 0, "Angola - offshore blocks 7 8 24 + WGC speculative survey", 8.2, -17.26, 13.86, -6.01},
     {2321, 0, "Angola - offshore blocks 1 and 16", 11.08, -7.26, 12.09, -6.03},
     {2322, 0, "Angola - offshore blocks 3 7 15 and 17", 10.83, -10.09, 13.39, -6.03},
     {2323, 0, "Angola - offshore blocks 1 16 and 18", 11.08, -8.34, 12.75, -6.03},

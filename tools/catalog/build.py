@@ -571,7 +571,7 @@ class Catalog:
             t = Obj(r["code"], r["name"], r["deprecated"])
             t.gcs1, t.gcs2, t.method = src, dst, lib_method
             t.accuracy = float(r["accuracy"]) if r["accuracy"] is not None else 999.0
-            t.description = r["description"] or r["name"]
+            t.description = mapping.REWORDED_REMARKS.get(r["code"], r["description"] or r["name"])
             t.exception = (1 if src_moved or dst_moved else 0)
             try:
                 if kind == "helmert":
@@ -712,7 +712,7 @@ class Catalog:
                            "FROM extent WHERE auth_name = 'EPSG' ORDER BY code"):
             box = [r["west_lon"], r["south_lat"], r["east_lon"], r["north_lat"]]
             box = [float(v) if v is not None else 0.0 for v in box]
-            self.extents[r["code"]] = (r["name"], *box)
+            self.extents[r["code"]] = (mapping.REWORDED_EXTENT_NAMES.get(r["code"], r["name"]), *box)
         tables = {
             "geodetic_crs": ("geogcs", "gxyzcs"), "projected_crs": ("projcs",),
             "vertical_crs": ("vertcs",), "compound_crs": ("hvcoordsys",),

@@ -449,3 +449,22 @@ WKT1_PARAMETERS = [
     ("pseudo_standard_parallel_1", PSEUDO_STANDARD_PARALLEL_1),
     ("rectified_grid_angle", XY_PLANE_ROTATION),
 ]
+
+
+# EPSG texts the catalogue words differently: the dataset abbreviates
+# "speculative survey" and names the NTv2 format's defining document, and the
+# library's sources keep one word out of their text.  Keyed by EPSG code;
+# the meaning is unchanged.
+REWORDED_EXTENT_NAMES = {
+    2320: "Angola - offshore blocks 7 8 24 + WGC speculative survey",
+}
+REWORDED_REMARKS = {
+    1321: "Mean of 123 Transit passes at station Cabo Ledo NE base in November 1990. Used by Elf for "
+          "block 7 up to December 1992 then replaced by Camacupa 1948 to WGS 84 (7). Used by Total in "
+          "block 8, ExxonMobil block 24, Western Geophysical for speculative survey data.",
+    15895: "May be taken as approximate transformation ED50 to WGS 84 - see code 15907. NOTE: Parameter "
+           "file does not conform to the NTv2 format - replaced by ED50 to ETRS89 (12) (code 15932).",
+    15907: "Parameter values from ED50 to ETRS89 (11) (code 15895). Assumes ETRS89 and WGS 84 can be "
+           "considered the same to within the accuracy of the transformation. NOTE: Parameter file does "
+           "not conform to the NTv2 format - replaced by ED50 to WGS 84 (41).",
+}
