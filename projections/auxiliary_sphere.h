@@ -42,6 +42,16 @@ struct AuxiliarySphere {
   double coef[KO_AUX_NCOEF] = {};
 };
 
+// The radius of the sphere of an Auxiliary_Sphere_Type: a (0), b (1), the
+// authalic radius (2 and 3); false for any other type.
+inline bool sphere_radius(double type, const Ellipsoid &g, double &radius) {
+  if (type == 0.0) radius = g.a;
+  else if (type == 1.0) radius = g.a * std::sqrt(1.0 - g.e2);
+  else if (type == 2.0 || type == 3.0) radius = ko_auth_r(g.a, g.e2);
+  else return false;
+  return radius > 0.0;
+}
+
 // The sphere and the base family's parameters; false for a bad spheroid,
 // a missing array or a type other than 0 to 3.  fixed_type is the type, or
 // kTypeFromSlot to read it from slot 12.
@@ -51,15 +61,8 @@ inline bool read_auxiliary_sphere(const double *sph, const double *parms, int la
   const bool from_slot = fixed_type == kTypeFromSlot;
   if (!read_ellipsoid(sph, g) || parms == nullptr) return false;
   const double type = from_slot ? parms[slot::kAuxSphereType] : static_cast<double>(fixed_type);
-  double radius = g.a;
-  if (type == 1.0) {
-    radius = g.a * std::sqrt(1.0 - g.e2);
-  } else if (type == 2.0 || type == 3.0) {
-    radius = ko_auth_r(g.a, g.e2);
-  } else if (type != 0.0) {
-    return false;
-  }
-  if (!(radius > 0.0)) return false;
+  double radius = 0.0;
+  if (!sphere_radius(type, g, radius)) return false;
   std::copy_n(parms, KO_PARM_COUNT, out.parms);
   if (from_slot) {
     out.parms[slot::kXScale] = 0.0;

@@ -15,6 +15,7 @@
 // Auxiliary_Sphere_Type: 0 a sphere of radius a with geodetic latitudes used
 // as spherical ones (EPSG:3857); 1 the radius b; 2 the authalic radius; 3 the
 // authalic radius with latitudes taken to the authalic latitude and back.
+#include "projections/auxiliary_sphere.h"
 #include "projections/families.h"
 #include "projections/family.h"
 #include "projections/projlist.h"
@@ -71,23 +72,16 @@ int build_auxiliary_sphere(ko_constants *c, const double *sph, const double *par
     return -1;
   const double type = parms[slot::kAuxSphereType];
   MercatorConstants k{};
-  double radius = g.a;
+  double radius = 0.0;
   double phi1 = parms[slot::kStdParallel1];
-  if (!(std::fabs(phi1) < kHalfPi)) return -1;
-  if (type == 1.0) {
-    radius = g.a * std::sqrt(1.0 - g.e2);
-  } else if (type == 2.0 || type == 3.0) {
-    radius = ko_auth_r(g.a, g.e2);
-    if (type == 3.0) {
-      k.authalic = true;
-      ko_beta_authalic_constants(g.e2, k.authalic_coef);
-      phi1 = ko_phi_to_beta_wconst(k.authalic_coef, g.e2, phi1);
-    }
-  } else if (type != 0.0) {
-    return -1;
+  if (!(std::fabs(phi1) < kHalfPi) || !auxs::sphere_radius(type, g, radius)) return -1;
+  if (type == 3.0) {
+    k.authalic = true;
+    ko_beta_authalic_constants(g.e2, k.authalic_coef);
+    phi1 = ko_phi_to_beta_wconst(k.authalic_coef, g.e2, phi1);
   }
   const double k0 = parms[slot::kScaleFactor] * std::cos(phi1);
-  if (!(k0 > 0.0) || !(radius > 0.0)) return -1;
+  if (!(k0 > 0.0)) return -1;
   k.e2 = 0.0;
   k.e = 0.0;
   k.geodetic_e2 = g.e2;
